@@ -1,0 +1,5 @@
+#pragma once
+#include "CorePrefix.h"
+#include <QtCore/QtCore>
+#include <QtGui/QtGui>
+#include <QtWidgets/QtWidgets>

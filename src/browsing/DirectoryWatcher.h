@@ -1,0 +1,48 @@
+#pragma once
+
+#include "foundation/MainQueue.h"
+#include "foundation/NotificationCenter.h"
+#include "foundation/Published.h"
+#include "foundation/Url.h"
+#include "platform/DirectoryEvents.h"
+
+#include <memory>
+#include <optional>
+
+namespace taliro {
+
+struct Platform;
+
+/// Posted with the `Url` of a folder whose contents the application changed.
+inline constexpr char taliroFolderDidChange[] = "com.taliro.folderDidChange";
+
+/// Watches one folder and counts its changes. A burst within 30 ms counts twice: at its start and when the 30 ms are
+/// over. Changes that the application announces by `taliroFolderDidChange` count at once, each.
+class DirectoryWatcher {
+public:
+    explicit DirectoryWatcher(Platform& platform);
+    static DirectoryWatcher& shared();
+
+    Published<int> tick{0};
+
+    /// Watches `url` instead of what was watched; nothing changes if it is watched already.
+    void watch(Url const& url);
+    void stop();
+    std::optional<Url> const& watchedURL() const { return m_watchedURL; }
+    /// Whether the system tells of changes to the folder; if not, only announced ones count.
+    bool isLive() const { return m_source != nullptr; }
+
+private:
+    void coalesceAndBump();
+    void bump() { tick = tick.get() + 1; }
+
+    DirectoryEvents& m_events;
+    MainQueue& m_queue;
+    std::unique_ptr<DirectoryEvents::Source> m_source;
+    std::optional<Url> m_watchedURL;
+    WorkItem m_coalesceWindow;
+    bool m_moreEventsDuringWindow = false;
+    Subscription m_manualRefresh;
+};
+
+} // namespace taliro

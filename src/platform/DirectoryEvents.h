@@ -1,0 +1,27 @@
+#pragma once
+
+#include "foundation/Url.h"
+
+#include <expected>
+#include <functional>
+#include <memory>
+#include <system_error>
+
+namespace taliro {
+
+/// Tells of changes to a folder's own entries: created, deleted, renamed, written, attributes.
+class DirectoryEvents {
+public:
+    class Source {
+    public:
+        virtual ~Source() = default; ///< ends the watch
+    };
+    virtual ~DirectoryEvents() = default;
+
+    /// `onEvent` is called on the main thread, once an event or burst of events, also when the folder itself goes
+    /// or events were lost. Fails where the folder can't be watched.
+    virtual std::expected<std::unique_ptr<Source>, std::errc> watch(Url const& folder,
+                                                                    std::function<void()> onEvent) = 0;
+};
+
+} // namespace taliro
