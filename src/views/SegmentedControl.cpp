@@ -41,22 +41,24 @@ protected:
 
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        painter.setClipPath(groupOutline());
+        painter.setRenderHint(QPainter::Antialiasing);
         if (isChecked())
-            painter.fillRect(rect(), colors().accent);
+            painter.fillPath(outline(), colors().accent);
         else if (isDown() || underMouse())
-            painter.fillRect(rect(), isDown() ? colors().pressed : colors().hover);
+            painter.fillPath(outline(), isDown() ? colors().pressed : colors().hover);
         drawSymbol(painter, rect(), m_symbol, 15, isChecked() ? colors().onAccent : colors().text2);
         if (hasFocus())
             strokeRounded(painter, rect(), metrics::radius, faded(colors().onAccent, .7), 2);
     }
 
 private:
-    /// The rounded outline of the whole control, in our coordinates.
-    QPainterPath groupOutline() const {
-        QPainterPath path;
-        path.addRoundedRect(QRectF(-pos(), parentWidget()->size()), metrics::radius, metrics::radius);
-        return path;
+    /// Ours, with the round corners of the whole control where we are at its end.
+    QPainterPath outline() const {
+        QPainterPath whole;
+        whole.addRoundedRect(QRectF(-pos(), parentWidget()->size()), metrics::radius, metrics::radius);
+        QPainterPath own;
+        own.addRect(rect());
+        return whole.intersected(own);
     }
 
     std::string m_symbol;

@@ -265,6 +265,8 @@ int Style::pixelMetric(PixelMetric metric, QStyleOption const* option, QWidget c
         return 16;
     case PM_ToolTipLabelFrameWidth:
         return 5;
+    case PM_MessageBoxIconSize:
+        return 40;
     default:
         return QProxyStyle::pixelMetric(metric, option, widget);
     }
@@ -286,6 +288,20 @@ int Style::styleHint(StyleHint hint, QStyleOption const* option, QWidget const* 
         return 1;
     default:
         return QProxyStyle::styleHint(hint, option, widget, data);
+    }
+}
+
+QIcon Style::standardIcon(StandardPixmap icon, QStyleOption const* option, QWidget const* widget) const {
+    switch (static_cast<int>(icon)) {
+    case SP_MessageBoxWarning:
+        return symbolIcon("exclamationmark.triangle.fill", &Colors::warning);
+    case SP_MessageBoxCritical:
+        return symbolIcon("exclamationmark.triangle.fill", &Colors::failure);
+    case SP_MessageBoxInformation:
+    case SP_MessageBoxQuestion:
+        return symbolIcon("info.circle", &Colors::text2);
+    default:
+        return QProxyStyle::standardIcon(icon, option, widget);
     }
 }
 
@@ -341,7 +357,7 @@ void Style::drawPrimitive(PrimitiveElement element, QStyleOption const* option, 
     auto const& c = colors();
     switch (static_cast<int>(element)) {
     case PE_PanelMenu:
-        painter->fillRect(option->rect, c.window);
+        painter->fillRect(option->rect, Theme::current().isDark() ? c.sidebar : c.window);
         return;
     case PE_FrameMenu:
         strokeRounded(*painter, option->rect, metrics::radius,
@@ -374,7 +390,7 @@ void Style::drawPrimitive(PrimitiveElement element, QStyleOption const* option, 
     case PE_PanelScrollAreaCorner:
         return;
     case PE_Frame:
-        strokeRounded(*painter, option->rect, metrics::radius, c.controlBorder);
+        strokeRounded(*painter, option->rect, 0, c.controlBorder);
         return;
     default:
         QProxyStyle::drawPrimitive(element, option, painter, widget);

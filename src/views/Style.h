@@ -20,6 +20,7 @@ public:
     int pixelMetric(PixelMetric metric, QStyleOption const* option, QWidget const* widget) const override;
     int styleHint(StyleHint hint, QStyleOption const* option, QWidget const* widget,
                   QStyleHintReturn* data) const override;
+    QIcon standardIcon(StandardPixmap icon, QStyleOption const* option, QWidget const* widget) const override;
     QSize sizeFromContents(ContentsType type, QStyleOption const* option, QSize const& size,
                            QWidget const* widget) const override;
     QRect subControlRect(ComplexControl control, QStyleOptionComplex const* option, SubControl part,
