@@ -17,8 +17,8 @@ std::optional<Url> ArrowKeyNav::step(RowList const& rows, std::optional<Url> con
     return rows[static_cast<std::size_t>(target)].url;
 }
 
-std::optional<Url> TypeAhead::type(std::string const& text, std::chrono::milliseconds now, RowList const& rows,
-                                   std::optional<Url> const& current) {
+std::optional<Url> TypeAhead::type(std::string const& text, std::chrono::milliseconds now,
+                                   RowList const& rows, std::optional<Url> const& current) {
     auto const letters = lowercased(text);
     bool const goesOn = !m_typed.empty() && now - m_last < pause;
     bool const repeats = goesOn && m_typed == letters;
@@ -29,7 +29,8 @@ std::optional<Url> TypeAhead::type(std::string const& text, std::chrono::millise
     m_last = now;
 
     auto const at = current ? rows.indexOf(*current) : std::nullopt;
-    // A longer beginning may still fit the row it found so far; a new one or a repeated letter looks further on.
+    // A longer beginning may still fit the row it found so far; a new one or a repeated letter looks further
+    // on.
     auto const start = !at ? 0 : *at + (repeats || !goesOn ? 1 : 0);
     for (std::size_t i = 0; i < rows.size(); ++i) {
         auto const& entry = rows[(start + i) % rows.size()];

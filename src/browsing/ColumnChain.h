@@ -10,9 +10,9 @@
 
 namespace taliro {
 
-/// The folders that stand side by side in the columns view, each opened by what is selected in the one before. The
-/// browser's current folder follows the deepest one, without a trace in the history; a move from elsewhere starts a
-/// new chain.
+/// The folders that stand side by side in the columns view, each opened by what is selected in the one
+/// before. The browser's current folder follows the deepest one, without a trace in the history; a move from
+/// elsewhere starts a new chain.
 class ColumnChain {
 public:
     /// `rowsOf` gives the rows that a pane shows.
@@ -32,7 +32,8 @@ public:
     void drillRight(std::size_t pane);
     /// Closes what is right of `pane`.
     void springLoadToColumn(std::size_t pane);
-    /// A drag came over a pane's empty area, or left it: resting there for a second closes what is right of it.
+    /// A drag came over a pane's empty area, or left it: resting there for a second closes what is right of
+    /// it.
     void setPaneTargeted(std::size_t pane, bool targeted);
 
     /// The panes or what is selected in them changed.
@@ -49,9 +50,9 @@ private:
     BrowserState& m_state;
     MainQueue& m_queue;
     std::function<RowList(std::size_t)> m_rowsOf;
-    std::vector<Url> m_columnRoots;                      ///< never empty
-    std::vector<std::optional<Url>> m_columnSelections;  ///< by pane; may be shorter or longer than the roots
-    std::optional<Url> m_selfSyncedURL;                  ///< the folder written into the state by this chain
+    std::vector<Url> m_columnRoots;                     ///< never empty
+    std::vector<std::optional<Url>> m_columnSelections; ///< by pane; may be shorter or longer than the roots
+    std::optional<Url> m_selfSyncedURL;                 ///< the folder written into the state by this chain
     WorkItem m_columnSpringWork;
     Subscription m_onLocation;
     Subscription m_onSelection;

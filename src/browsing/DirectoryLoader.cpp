@@ -23,7 +23,8 @@ FileEntry makeEntry(TypeCatalog& types, Url const& folder, ListedItem const& ite
     return entry;
 }
 
-std::vector<FileEntry> makeEntries(Platform& platform, Url const& folder, std::vector<ListedItem> const& items) {
+std::vector<FileEntry> makeEntries(Platform& platform, Url const& folder,
+                                   std::vector<ListedItem> const& items) {
     std::vector<FileEntry> entries;
     entries.reserve(items.size());
     for (auto const& item : items)

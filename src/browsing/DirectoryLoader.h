@@ -18,7 +18,8 @@ namespace DirectoryLoader {
 std::vector<FileEntry> load(Platform& platform, Url const& folder, std::string_view filter, SortKey sortKey,
                             bool ascending);
 
-/// Everything in `folder` that isn't hidden, in the file system's order; nothing of an unreadable folder. Blocks.
+/// Everything in `folder` that isn't hidden, in the file system's order; nothing of an unreadable folder.
+/// Blocks.
 std::vector<FileEntry> list(Platform& platform, Url const& folder);
 /// Those of `names` that are in `folder` and not hidden. Blocks.
 std::vector<FileEntry> list(Platform& platform, Url const& folder, std::vector<std::string> const& names);

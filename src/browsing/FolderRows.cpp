@@ -31,7 +31,8 @@ bool FolderRows::takeInChanges() {
     if (!changed || mostlyUnused)
         return false;
     m_tick = m_watcher.tick.get();
-    m_listing->update({changed->begin(), changed->end()}, DirectoryLoader::list(m_platform, *m_folder, *changed));
+    std::unordered_set<std::string_view> const names(changed->begin(), changed->end());
+    m_listing->update(names, DirectoryLoader::list(m_platform, *m_folder, *changed));
     return true;
 }
 

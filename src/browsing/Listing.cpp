@@ -118,7 +118,8 @@ void Listing::sortByName() {
         std::sort(at(begin), at(end), before);
     });
     if (rows.size() >= splitFrom)
-        std::inplace_merge(rows.begin(), std::is_sorted_until(rows.begin(), rows.end(), before), rows.end(), before);
+        std::inplace_merge(rows.begin(), std::is_sorted_until(rows.begin(), rows.end(), before), rows.end(),
+                           before);
     m_byName.reserve(rows.size());
     for (auto const& row : rows)
         m_byName.push_back(row.slot);
@@ -136,8 +137,9 @@ void Listing::rankNames() {
 }
 
 void Listing::insertByName(Slot slot) {
-    auto const place = std::ranges::upper_bound(
-        m_byName, m_nameKeys[slot], {}, [this](Slot other) -> std::string const& { return m_nameKeys[other]; });
+    auto const place =
+        std::ranges::upper_bound(m_byName, m_nameKeys[slot], {},
+                                 [this](Slot other) -> std::string const& { return m_nameKeys[other]; });
     m_byName.insert(place, slot);
 }
 
@@ -189,11 +191,16 @@ std::vector<Listing::Slot> Listing::ordered(SortKey key, bool ascending) const {
     auto const primaryOf = [&](Slot slot) -> std::int64_t {
         auto const& entry = (*m_entries)[slot];
         switch (key) {
-        case SortKey::name: return entry.isDirectory == ascending ? 0 : 1; // Folders first in either direction.
-        case SortKey::dateModified: return entry.modified.value_or(Date::min()).time_since_epoch().count();
-        case SortKey::dateAdded: return entry.added.value_or(Date::min()).time_since_epoch().count();
-        case SortKey::size: return entry.size.value_or(0);
-        case SortKey::kind: return kinds[slot];
+        case SortKey::name:
+            return entry.isDirectory == ascending ? 0 : 1; // Folders first in either direction.
+        case SortKey::dateModified:
+            return entry.modified.value_or(Date::min()).time_since_epoch().count();
+        case SortKey::dateAdded:
+            return entry.added.value_or(Date::min()).time_since_epoch().count();
+        case SortKey::size:
+            return entry.size.value_or(0);
+        case SortKey::kind:
+            return kinds[slot];
         }
         return 0;
     };

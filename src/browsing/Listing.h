@@ -39,8 +39,8 @@ private:
     std::vector<std::uint32_t> m_order;
 };
 
-/// What a folder holds, read once. Hands out its rows in any order and under any filter without asking the disk
-/// again, and takes in what changed one item at a time. Rows handed out before stay as they were.
+/// What a folder holds, read once. Hands out its rows in any order and under any filter without asking the
+/// disk again, and takes in what changed one item at a time. Rows handed out before stay as they were.
 class Listing {
 public:
     /// `entries` in the file system's order.
@@ -50,7 +50,8 @@ public:
     std::size_t size() const { return m_byName.size(); }
     std::size_t slots() const { return m_entries->size(); }
 
-    /// Rows whose names contain `filter`, ordered as `sortsBefore` says; ties stay in the file system's order.
+    /// Rows whose names contain `filter`, ordered as `sortsBefore` says; ties stay in the file system's
+    /// order.
     RowList rows(std::string_view filter, SortKey key, bool ascending);
     /// The items called `names` are now `present`, which leaves out those that are gone.
     void update(std::unordered_set<std::string_view> const& names, std::vector<FileEntry> present);
@@ -66,13 +67,13 @@ private:
     std::vector<std::int64_t> kindRanks() const;
     std::string const& lowercasedName(Slot slot);
 
-    std::shared_ptr<RowList::Entries> m_entries;  ///< only ever appended to
-    std::vector<std::string> m_nameKeys;          ///< a slot's name as the locale orders it
-    std::vector<Slot> m_byName;                   ///< slots in use
-    std::vector<Slot> m_nameRank;                 ///< a slot's place by name; names that compare the same share it
+    std::shared_ptr<RowList::Entries> m_entries; ///< only ever appended to
+    std::vector<std::string> m_nameKeys;         ///< a slot's name as the locale orders it
+    std::vector<Slot> m_byName;                  ///< slots in use
+    std::vector<Slot> m_nameRank; ///< a slot's place by name; names that compare the same share it
     std::vector<std::optional<std::string>> m_lowercased;
 
-    std::vector<Slot> m_ordered;                  ///< by the order asked for last
+    std::vector<Slot> m_ordered; ///< by the order asked for last
     std::optional<std::pair<SortKey, bool>> m_orderedBy;
 };
 

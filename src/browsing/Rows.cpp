@@ -1,7 +1,5 @@
 #include "browsing/Rows.h"
 
-#include "browsing/RecentsStore.h"
-
 namespace taliro {
 
 Rows::Rows(Platform& platform, BrowserState& state, DirectoryWatcher& watcher,
@@ -9,7 +7,7 @@ Rows::Rows(Platform& platform, BrowserState& state, DirectoryWatcher& watcher,
     : m_state(state), m_recents(recents), m_folder(platform, watcher) {}
 
 RowList Rows::current() {
-    if (m_state.currentURL.get() == SmartFolders::recents())
+    if (m_state.currentURL->scheme() == "taliro")
         return RowList(m_recents.get()).filtered(m_state.searchText.get());
     return m_folder.rows(m_state.currentURL.get(),
                          {m_state.searchText.get(), m_state.sortKey.get(), m_state.sortAscending.get()});
