@@ -113,6 +113,15 @@ struct FakeFileManager : FileManager {
                 exists(item) && (hidden == Hidden::include || name[0] != '.'))
                 found.push_back({name, attributes(item)});
         return found;
+    std::optional<std::vector<std::string>> subfolders(Url const& folder, Hidden hidden) override {
+        auto const listed = contents(folder, hidden);
+        if (!listed)
+            return std::nullopt;
+        std::vector<std::string> names;
+        for (auto const& item : *listed)
+            if (item.attributes && item.attributes->isDirectory)
+                names.push_back(item.name);
+        return names;
     }
     std::optional<FileAttributes> attributes(Url const& item) override {
         auto const found = items.find(item.path());
