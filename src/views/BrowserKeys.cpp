@@ -64,8 +64,10 @@ BrowserKeys::Outcome BrowserKeys::handle(QKeyEvent const& event) {
         if (selection)
             open(*selection);
         return Outcome::consumed;
-    case Qt::Key_Space: return Outcome::consumed;
-    default: return Outcome::unknown;
+    case Qt::Key_Space:
+        return Outcome::consumed;
+    default:
+        return Outcome::unknown;
     }
 }
 

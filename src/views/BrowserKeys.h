@@ -27,11 +27,13 @@ public:
 
     /// A folder is shown, anything else is opened with its default application.
     void open(Url const& url);
-    /// A click on a row: with shift a range among `ordered`, with command one more or less, else this one alone.
+    /// A click on a row: with shift a range among `ordered`, with command one more or less, else this one
+    /// alone.
     void click(Url const& url, Qt::KeyboardModifiers modifiers, RowList const& ordered);
 
     enum class Outcome { consumed, ignored, unknown };
-    /// Reveal, open, preview; `unknown` is a key that may mean something to the view, none of command or option held.
+    /// Reveal, open, preview; `unknown` is a key that may mean something to the view, none of command or
+    /// option held.
     Outcome handle(QKeyEvent const& event);
     /// The row that begins with what was typed; nothing where `event` types nothing.
     std::optional<Url> typed(QKeyEvent const& event, RowList const& rows, std::optional<Url> const& current);

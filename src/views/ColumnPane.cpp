@@ -19,8 +19,11 @@ constexpr RowsView::Style look{.rowHeight = 22,
 } // namespace
 
 ColumnPane::ColumnPane(Platform& platform, BrowserState& state, Url const& root, QWidget* parent)
-    : RowsView(platform, state, shownName(root.lastPathComponent()), look, parent), m_root(root),
-      m_watcher(platform), m_folder(platform, m_watcher), m_refresher(platform.mainQueue, [this] { refresh(); }) {
+    : RowsView(platform, state, shownName(root.lastPathComponent()), look, parent),
+      m_root(root),
+      m_watcher(platform),
+      m_folder(platform, m_watcher),
+      m_refresher(platform.mainQueue, [this] { refresh(); }) {
     m_watcher.watch(m_root);
     m_refresher.dependOn(m_watcher.tick);
     m_refresher.dependOn(state.sortKey);

@@ -8,8 +8,6 @@ namespace taliro {
 
 /// One folder of the columns view.
 class ColumnPane : public RowsView {
-    Q_OBJECT
-
 public:
     static constexpr int width = 220;
 

@@ -25,7 +25,7 @@ protected:
         QPainter painter(this);
         painter.fillRect(rect(), colors().content);
         for (auto const* pane : children())
-            if (auto const* widget = qobject_cast<ColumnPane const*>(pane))
+            if (auto const* widget = qobject_cast<ItemView const*>(pane))
                 painter.fillRect(QRect(widget->geometry().right() + 1, 0, 1, height()), colors().line);
     }
 };
@@ -33,13 +33,17 @@ protected:
 } // namespace
 
 ColumnsView::ColumnsView(Platform& platform, BrowserState& state, QWidget* parent)
-    : QScrollArea(parent), m_platform(platform), m_state(state), m_keys(platform, state),
+    : QScrollArea(parent),
+      m_platform(platform),
+      m_state(state),
+      m_keys(platform, state),
       m_chain(state, platform.mainQueue,
               [this](std::size_t pane) {
                   m_refresher.flush();
                   return pane < m_panes.size() ? m_panes[pane]->currentRows() : RowList();
               }),
-      m_refresher(platform.mainQueue, [this] { syncPanes(); }), m_scrolling(horizontalScrollBar(), "value") {
+      m_refresher(platform.mainQueue, [this] { syncPanes(); }),
+      m_scrolling(horizontalScrollBar(), "value") {
     setAccessibleName(tr("Columns"));
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::NoFocus);
@@ -163,14 +167,23 @@ bool ColumnsView::handleKey(QKeyEvent const& event) {
         if (pane > 0)
             m_chain.clearSelection(pane);
         return true;
-    case Qt::Key_Right: m_chain.drillRight(pane); return true;
-    case Qt::Key_Up: return move(-1);
-    case Qt::Key_Down: return move(1);
-    case Qt::Key_PageUp: return move(-page);
-    case Qt::Key_PageDown: return move(page);
-    case Qt::Key_Home: return select(true);
-    case Qt::Key_End: return select(false);
-    default: break;
+    case Qt::Key_Right:
+        m_chain.drillRight(pane);
+        return true;
+    case Qt::Key_Up:
+        return move(-1);
+    case Qt::Key_Down:
+        return move(1);
+    case Qt::Key_PageUp:
+        return move(-page);
+    case Qt::Key_PageDown:
+        return move(page);
+    case Qt::Key_Home:
+        return select(true);
+    case Qt::Key_End:
+        return select(false);
+    default:
+        break;
     }
     if (pane >= m_panes.size())
         return false;

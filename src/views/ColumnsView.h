@@ -13,8 +13,6 @@ namespace taliro {
 
 /// Folders side by side: selecting one opens it in the next pane.
 class ColumnsView : public QScrollArea {
-    Q_OBJECT
-
 public:
     ColumnsView(Platform& platform, BrowserState& state, QWidget* parent = nullptr);
 

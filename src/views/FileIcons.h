@@ -12,8 +12,8 @@ namespace taliro {
 
 class TypeCatalog;
 
-/// Icons by type: our own folder, the icon theme's picture for everything else, our own where it has none. Looked up
-/// when first drawn, then kept.
+/// Icons by type: our own folder, the icon theme's picture for everything else, our own where it has none.
+/// Looked up when first drawn, then kept.
 class FileIcons {
 public:
     static FileIcons& shared();

@@ -9,8 +9,12 @@ namespace taliro {
 
 namespace {
 
-constexpr RowsView::Style look{
-    .rowHeight = 29, .iconSize = 18, .inset = 12, .spacing = 8, .fontPoints = metrics::body, .chevronPoints = 10};
+constexpr RowsView::Style look{.rowHeight = 29,
+                               .iconSize = 18,
+                               .inset = 12,
+                               .spacing = 8,
+                               .fontPoints = metrics::body,
+                               .chevronPoints = 10};
 
 } // namespace
 
@@ -19,7 +23,8 @@ FileListView::FileListView(Platform& platform, BrowserState& state, QWidget* par
     connect(this, &ItemView::entryClicked, this, [this](FileEntry const& entry, Qt::KeyboardModifiers held) {
         m_keys.click(entry.url, held, rows());
     });
-    connect(this, &ItemView::entryDoubleClicked, this, [this](FileEntry const& entry) { m_keys.open(entry.url); });
+    connect(this, &ItemView::entryDoubleClicked, this,
+            [this](FileEntry const& entry) { m_keys.open(entry.url); });
     connect(this, &ItemView::emptyClicked, this, [&state] { state.clearSelection(); });
 }
 
@@ -39,13 +44,20 @@ bool FileListView::handleKey(QKeyEvent const& event) {
     };
     int const page = std::max(1, viewport()->height() / scrollStep() - 1);
     switch (event.key()) {
-    case Qt::Key_Up: return step(-1);
-    case Qt::Key_Down: return step(1);
-    case Qt::Key_PageUp: return step(-page);
-    case Qt::Key_PageDown: return step(page);
-    case Qt::Key_Home: return select(0);
-    case Qt::Key_End: return select(rows().size() - 1);
-    default: break;
+    case Qt::Key_Up:
+        return step(-1);
+    case Qt::Key_Down:
+        return step(1);
+    case Qt::Key_PageUp:
+        return step(-page);
+    case Qt::Key_PageDown:
+        return step(page);
+    case Qt::Key_Home:
+        return select(0);
+    case Qt::Key_End:
+        return select(rows().size() - 1);
+    default:
+        break;
     }
     auto const found = m_keys.typed(event, rows(), selection);
     if (found)

@@ -7,8 +7,6 @@ namespace taliro {
 
 /// The rows of the current location as a list.
 class FileListView : public RowsView {
-    Q_OBJECT
-
 public:
     FileListView(Platform& platform, BrowserState& state, QWidget* parent = nullptr);
 

@@ -48,7 +48,8 @@ IconGridView::IconGridView(Platform& platform, BrowserState& state, QWidget* par
     connect(this, &ItemView::entryClicked, this, [this](FileEntry const& entry, Qt::KeyboardModifiers held) {
         m_keys.click(entry.url, held, rows());
     });
-    connect(this, &ItemView::entryDoubleClicked, this, [this](FileEntry const& entry) { m_keys.open(entry.url); });
+    connect(this, &ItemView::entryDoubleClicked, this,
+            [this](FileEntry const& entry) { m_keys.open(entry.url); });
     connect(this, &ItemView::emptyClicked, this, [&state] { state.clearSelection(); });
 }
 
@@ -110,7 +111,8 @@ void IconGridView::paintCell(QPainter& painter, QRect const& cell, FileEntry con
     paintName(painter, cell, entry, selected);
 }
 
-void IconGridView::paintName(QPainter& painter, QRect const& cell, FileEntry const& entry, bool selected) const {
+void IconGridView::paintName(QPainter& painter, QRect const& cell, FileEntry const& entry,
+                             bool selected) const {
     auto const lines = linesOf(shownName(entry), fontMetrics(), font(), cell.width() - 2 * nameInset);
     int const height = fontMetrics().height();
     int width = 0;
@@ -147,15 +149,24 @@ std::optional<std::size_t> IconGridView::targetOf(QKeyEvent const& event) const 
     };
     int const page = std::max(1, viewport()->height() / rowPitch) * m_gridColumns;
     switch (event.key()) {
-    case Qt::Key_Up: return step(-m_gridColumns);
-    case Qt::Key_Down: return step(m_gridColumns);
-    case Qt::Key_Left: return !at ? last : *at == 0 ? 0 : *at - 1;
-    case Qt::Key_Right: return !at ? 0 : std::min(*at + 1, last);
-    case Qt::Key_PageUp: return step(-page);
-    case Qt::Key_PageDown: return step(page);
-    case Qt::Key_Home: return 0;
-    case Qt::Key_End: return last;
-    default: return std::nullopt;
+    case Qt::Key_Up:
+        return step(-m_gridColumns);
+    case Qt::Key_Down:
+        return step(m_gridColumns);
+    case Qt::Key_Left:
+        return !at ? last : *at == 0 ? 0 : *at - 1;
+    case Qt::Key_Right:
+        return !at ? 0 : std::min(*at + 1, last);
+    case Qt::Key_PageUp:
+        return step(-page);
+    case Qt::Key_PageDown:
+        return step(page);
+    case Qt::Key_Home:
+        return 0;
+    case Qt::Key_End:
+        return last;
+    default:
+        return std::nullopt;
     }
 }
 

@@ -7,8 +7,6 @@ namespace taliro {
 
 /// The rows of the current location as a grid of large icons with names.
 class IconGridView : public ItemView {
-    Q_OBJECT
-
 public:
     IconGridView(Platform& platform, BrowserState& state, QWidget* parent = nullptr);
 

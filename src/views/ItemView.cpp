@@ -23,7 +23,9 @@ constexpr double dragThreshold = 3; ///< points that the pointer may move in a c
 } // namespace
 
 ItemView::ItemView(Platform& platform, BrowserState& state, QString const& label, QWidget* parent)
-    : QListView(parent), m_state(state), m_model(new RowModel(this)),
+    : QListView(parent),
+      m_state(state),
+      m_model(new RowModel(this)),
       m_selectionRefresher(platform.mainQueue, [this] { showSelection(); }),
       m_scrolling(verticalScrollBar(), "value") {
     setModel(m_model);
@@ -139,7 +141,8 @@ void ItemView::syncSelectionModel() {
     }
     selectionModel()->select(chosen, QItemSelectionModel::ClearAndSelect);
     auto const current = primary ? rows().indexOf(*primary, m_rowGuess) : std::nullopt;
-    selectionModel()->setCurrentIndex(current ? index(*current) : QModelIndex(), QItemSelectionModel::NoUpdate);
+    selectionModel()->setCurrentIndex(current ? index(*current) : QModelIndex(),
+                                      QItemSelectionModel::NoUpdate);
 }
 
 QRect ItemView::visualRect(QModelIndex const& index) const {

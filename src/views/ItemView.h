@@ -14,8 +14,8 @@ namespace taliro {
 class RowModel;
 struct Platform;
 
-/// The rows of one folder, painted cell by cell: a hundred thousand cost what ten do. The selection is the browser
-/// state's; this view shows it and tells of clicks, and its owner decides what they mean.
+/// The rows of one folder, painted cell by cell: a hundred thousand cost what ten do. The selection is the
+/// browser state's; this view shows it and tells of clicks, and its owner decides what they mean.
 ///
 /// A list view by class, so that assistive tools see one, with a geometry of its own that needs no layout.
 class ItemView : public QListView {

@@ -20,9 +20,12 @@ QVariant RowModel::data(QModelIndex const& index, int role) const {
         return {};
     switch (role) {
     case Qt::DisplayRole:
-    case Qt::AccessibleTextRole: return shownName(m_rows[row]);
-    case Qt::AccessibleDescriptionRole: return QString::fromStdString(m_rows[row].kind.value_or(""));
-    default: return {};
+    case Qt::AccessibleTextRole:
+        return shownName(m_rows[row]);
+    case Qt::AccessibleDescriptionRole:
+        return QString::fromStdString(m_rows[row].kind.value_or(""));
+    default:
+        return {};
     }
 }
 

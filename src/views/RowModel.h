@@ -8,8 +8,6 @@ namespace taliro {
 
 /// Rows of files for Qt's views and for assistive tools.
 class RowModel : public QAbstractListModel {
-    Q_OBJECT
-
 public:
     using QAbstractListModel::QAbstractListModel;
 

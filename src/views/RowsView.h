@@ -6,18 +6,16 @@ namespace taliro {
 
 /// Rows of one height, each as wide as the view.
 class RowsView : public ItemView {
-    Q_OBJECT
-
 public:
     /// Sizes in points.
     struct Style {
         int rowHeight;
         int iconSize;
-        int inset;        ///< left and right of a row's content
-        int spacing;      ///< between icon and name
+        int inset;   ///< left and right of a row's content
+        int spacing; ///< between icon and name
         qreal fontPoints;
         qreal chevronPoints;
-        int margin = 0;   ///< above the first and below the last row
+        int margin = 0; ///< above the first and below the last row
     };
     RowsView(Platform& platform, BrowserState& state, QString const& label, Style const& style,
              QWidget* parent = nullptr);
