@@ -3,30 +3,40 @@
 namespace taliro {
 
 class Alerts;
+class Bookmarks;
+class DesktopPlaces;
 class DirectoryEvents;
 class FileManager;
 class LoginItems;
 class MainQueue;
+class MetadataQuery;
 class OpenRequests;
 class Screens;
+class StandardFolders;
 class StatusBar;
 class TypeCatalog;
 class UserDefaults;
+class Volumes;
 class Workspace;
 
 /// What the program needs of a desktop, one service a member. Made once in `main` and handed down;
 /// tests make one of stand-ins.
 struct Platform {
     Alerts& alerts;
+    Bookmarks& bookmarks;
+    DesktopPlaces& desktopPlaces;
     DirectoryEvents& directoryEvents;
     FileManager& fileManager;
     LoginItems& loginItems;
     MainQueue& mainQueue;
+    MetadataQuery& metadataQuery;
     OpenRequests& openRequests;
     Screens& screens;
+    StandardFolders& standardFolders;
     StatusBar& statusBar;
     TypeCatalog& typeCatalog;
     UserDefaults& userDefaults;
+    Volumes& volumes;
     Workspace& workspace;
 
     /// The platform that the process's shared objects stand on. `install` comes before their first use.
