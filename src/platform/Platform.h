@@ -11,6 +11,7 @@ class LoginItems;
 class MainQueue;
 class MetadataQuery;
 class OpenRequests;
+class PropertyLists;
 class Screens;
 class StandardFolders;
 class StatusBar;
@@ -31,6 +32,7 @@ struct Platform {
     MainQueue& mainQueue;
     MetadataQuery& metadataQuery;
     OpenRequests& openRequests;
+    PropertyLists& propertyLists;
     Screens& screens;
     StandardFolders& standardFolders;
     StatusBar& statusBar;

@@ -14,11 +14,11 @@ namespace taliro {
 /// A mounted file system. What could not be determined is absent.
 struct Volume {
     Url mountPoint;
-    std::optional<std::string> name;
-    std::optional<bool> isLocal;
-    std::optional<bool> isRemovable;
-    std::optional<bool> isInternal;
-    std::optional<bool> isBrowsable; ///< meant for the user's eyes
+    std::optional<std::string> name = std::nullopt;
+    std::optional<bool> isLocal = std::nullopt;
+    std::optional<bool> isRemovable = std::nullopt;
+    std::optional<bool> isInternal = std::nullopt;
+    std::optional<bool> isBrowsable = std::nullopt; ///< meant for the user's eyes
     bool operator==(Volume const&) const = default;
 };
 

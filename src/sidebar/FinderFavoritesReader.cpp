@@ -4,6 +4,7 @@
 #include "platform/DesktopPlaces.h"
 #include "platform/FileManager.h"
 #include "platform/Platform.h"
+#include "platform/PropertyLists.h"
 #include "platform/StandardFolders.h"
 #include "sidebar/KeyedArchive.h"
 
@@ -51,7 +52,8 @@ std::optional<Items> itemsOf(KeyedArchive const& archive) {
 }
 
 Result readArchive(Platform& platform, std::string const& bytes) {
-    auto const archive = KeyedArchive::open(bytes);
+    auto list = platform.propertyLists.parse(bytes);
+    auto const archive = list ? KeyedArchive::open(std::move(*list)) : std::nullopt;
     auto const items = archive ? itemsOf(*archive) : std::nullopt;
     if (!items)
         return {};
