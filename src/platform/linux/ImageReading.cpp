@@ -1,0 +1,69 @@
+#include "platform/linux/ImageReading.h"
+
+#include <QImageReader>
+#include <QSet>
+
+namespace taliro {
+
+namespace {
+
+/// One picture in memory takes no more than this.
+constexpr int mostMegabytes = 512;
+
+QSet<QByteArray> plainTypes() {
+    QImageReader::setAllocationLimit(mostMegabytes);
+    QSet<QByteArray> types;
+    for (auto const& type : QImageReader::supportedMimeTypes())
+        if (!type.startsWith("image/svg") && type.startsWith("image/"))
+            types.insert(type);
+    return types;
+}
+
+/// Formats whose reader follows instructions in the file instead of decoding pixels.
+bool isDrawing(QByteArray const& format) {
+    return format.startsWith("svg") || format == "pdf" || format == "eps" || format == "wmf";
+}
+
+} // namespace
+
+bool isPlainImage(std::string const& mimeType) {
+    static auto const types = plainTypes();
+    return types.contains(QByteArray::fromStdString(mimeType));
+}
+
+QSize shrunkToFit(QSize size, QSize box) {
+    if (size.width() <= box.width() && size.height() <= box.height())
+        return size;
+    return size.scaled(box, Qt::KeepAspectRatio).expandedTo({1, 1});
+}
+
+std::optional<ReadImage> readImage(std::string const& path, QSize box) {
+    QImageReader reader(QString::fromLocal8Bit(path.c_str()));
+    reader.setDecideFormatFromContent(true);
+    reader.setAutoTransform(true);
+    if (isDrawing(reader.format()))
+        return std::nullopt;
+    auto const stored = reader.size();
+    bool const turned = reader.transformation() & QImageIOHandler::TransformationRotate90;
+    if (stored.isValid())
+        reader.setScaledSize(shrunkToFit(stored, turned ? box.transposed() : box));
+    auto image = reader.read();
+    if (image.isNull())
+        return std::nullopt;
+    auto const full = !stored.isValid() ? image.size() : turned ? stored.transposed() : stored;
+    auto const fitting = shrunkToFit(image.size(), box);
+    if (fitting != image.size())
+        image = image.scaled(fitting, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return ReadImage{std::move(image), full};
+}
+
+Picture toPicture(QImage image) {
+    if (image.isNull())
+        return {};
+    auto const held =
+        std::make_shared<QImage const>(std::move(image).convertToFormat(QImage::Format_ARGB32_Premultiplied));
+    auto const* pixels = reinterpret_cast<std::uint32_t const*>(held->constBits());
+    return {held->width(), held->height(), std::shared_ptr<std::uint32_t const[]>(held, pixels)};
+}
+
+} // namespace taliro
