@@ -6,8 +6,10 @@
 #include "platform/LoginItems.h"
 #include "platform/OpenRequests.h"
 #include "platform/Platform.h"
+#include "platform/PreviewService.h"
 #include "platform/Screens.h"
 #include "platform/StatusBar.h"
+#include "platform/Thumbnailer.h"
 #include "platform/TypeCatalog.h"
 #include "platform/UserDefaults.h"
 #include "platform/Workspace.h"
@@ -160,6 +162,18 @@ struct FakeOpenRequests : OpenRequests {
     }
 };
 
+/// No previews at all.
+struct FakePreviews : PreviewService {
+    PreviewKind previewKind(Url const&, bool isDirectory) override {
+        return isDirectory ? PreviewKind::folder : PreviewKind::other;
+    }
+    Subscription page(PageRequest, std::function<void(std::optional<PagePicture>)>) override { return {}; }
+    Subscription text(Url const&, std::size_t, std::function<void(std::optional<TextPreview>)>) override {
+        return {};
+    }
+    Subscription summary(Url const&, std::function<void(ContentSummary const&)>) override { return {}; }
+};
+
 struct FakeScreens : Screens {
     std::vector<ScreenInfo> screens{{{0, 0, 1440, 900}, {0, 24, 1440, 876}, true}};
     Point mouse;
@@ -188,6 +202,27 @@ struct FakeStatusBar : StatusBar {
         auto made = std::make_unique<FakeStatusItem>();
         item = made.get();
         return made;
+    }
+};
+
+/// Thumbnails that come when the test says so.
+struct FakeThumbnailer : Thumbnailer {
+    struct Pending {
+        ThumbnailRequest request;
+        std::function<void(std::optional<Picture>)> completion;
+    };
+    std::map<int, Pending> pending; ///< by the order of the requests
+    int requests = 0;
+
+    Subscription request(ThumbnailRequest request,
+                         std::function<void(std::optional<Picture>)> completion) override {
+        auto const id = requests++;
+        pending.emplace(id, Pending{std::move(request), std::move(completion)});
+        return Subscription([this, id] { pending.erase(id); });
+    }
+    void answerAll(std::optional<Picture> const& picture) {
+        for (auto const& [id, asked] : std::exchange(pending, {}))
+            asked.completion(picture);
     }
 };
 
@@ -250,8 +285,10 @@ struct FakePlatform {
     FakeLoginItems loginItems;
     HandQueue mainQueue;
     FakeOpenRequests openRequests;
+    FakePreviews previews;
     FakeScreens screens;
     FakeStatusBar statusBar;
+    FakeThumbnailer thumbnailer;
     FakeTypeCatalog typeCatalog;
     FakeUserDefaults userDefaults;
     FakeWorkspace workspace;
@@ -263,8 +300,10 @@ struct FakePlatform {
         .loginItems = loginItems,
         .mainQueue = mainQueue,
         .openRequests = openRequests,
+        .previews = previews,
         .screens = screens,
         .statusBar = statusBar,
+        .thumbnailer = thumbnailer,
         .typeCatalog = typeCatalog,
         .userDefaults = userDefaults,
         .workspace = workspace,

@@ -1,7 +1,11 @@
 #include "platform/linux/ImageReading.h"
 
+#include <QFile>
 #include <QImageReader>
 #include <QSet>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 namespace taliro {
 
@@ -38,7 +42,11 @@ QSize shrunkToFit(QSize size, QSize box) {
 }
 
 std::optional<ReadImage> readImage(std::string const& path, QSize box) {
-    QImageReader reader(QString::fromLocal8Bit(path.c_str()));
+    auto const descriptor = openPlainFile(path);
+    QFile file;
+    if (!descriptor || !file.open(descriptor.get(), QIODevice::ReadOnly))
+        return std::nullopt;
+    QImageReader reader(&file);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
     if (isDrawing(reader.format()))
@@ -64,6 +72,24 @@ Picture toPicture(QImage image) {
         std::make_shared<QImage const>(std::move(image).convertToFormat(QImage::Format_ARGB32_Premultiplied));
     auto const* pixels = reinterpret_cast<std::uint32_t const*>(held->constBits());
     return {held->width(), held->height(), std::shared_ptr<std::uint32_t const[]>(held, pixels)};
+}
+
+QImage toImage(Picture const& picture) {
+    if (picture.isEmpty())
+        return {};
+    auto* const held = new Picture(picture);
+    return QImage(
+        reinterpret_cast<uchar const*>(held->pixels.get()), held->width, held->height, held->width * 4,
+        QImage::Format_ARGB32_Premultiplied, [](void* pixels) { delete static_cast<Picture*>(pixels); },
+        held);
+}
+
+FileDescriptor openPlainFile(std::string const& path) {
+    FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    struct stat status {};
+    if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
+        return {};
+    return file;
 }
 
 } // namespace taliro

@@ -2,9 +2,11 @@
 
 #include <array>
 #include <cstdlib>
+#include <ctime>
 #include <memory>
 
 #include <QCryptographicHash>
+#include <QFile>
 #include <QImageReader>
 #include <QImageWriter>
 
@@ -21,15 +23,15 @@ struct SizeFolder {
     int pixels;
     char const* name;
 };
-constexpr std::array sizeFolders{SizeFolder{128, "normal"}, SizeFolder{256, "large"}, SizeFolder{512, "x-large"},
-                                 SizeFolder{1024, "xx-large"}};
+constexpr std::array sizeFolders{SizeFolder{128, "normal"}, SizeFolder{256, "large"},
+                                 SizeFolder{512, "x-large"}, SizeFolder{1024, "xx-large"}};
 constexpr char failures[] = "fail/taliro";
 
 /// A stored picture is small; one that claims to be larger is not ours to decode.
 constexpr int largestStored = 2048;
 
 std::optional<QImage> readIfValid(std::string const& path, FileStamp const& file) {
-    QImageReader reader(QString::fromLocal8Bit(path.c_str()), "png");
+    QImageReader reader(QFile::decodeName(path.c_str()), "png");
     auto const size = reader.size();
     if (!size.isValid() || size.width() > largestStored || size.height() > largestStored)
         return std::nullopt;
@@ -56,7 +58,8 @@ std::optional<FileStamp> FileStamp::of(std::string const& path) {
     struct stat status {};
     if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
         return std::nullopt;
-    std::unique_ptr<char, decltype(&g_free)> const uri(g_filename_to_uri(path.c_str(), nullptr, nullptr), &g_free);
+    std::unique_ptr<char, decltype(&g_free)> const uri(g_filename_to_uri(path.c_str(), nullptr, nullptr),
+                                                       &g_free);
     if (!uri)
         return std::nullopt;
     return FileStamp{path, uri.get(), status.st_mtime, status.st_size};
@@ -70,8 +73,9 @@ int ThumbnailStore::sizeFor(int pixels) {
 }
 
 std::string ThumbnailStore::pathOf(FileStamp const& file, std::string const& folder) const {
-    auto const hash =
-        QCryptographicHash::hash(QByteArray::fromStdString(file.uri), QCryptographicHash::Md5).toHex().toStdString();
+    auto const hash = QCryptographicHash::hash(QByteArray::fromStdString(file.uri), QCryptographicHash::Md5)
+                          .toHex()
+                          .toStdString();
     return m_folder + "/" + folder + "/" + hash + ".png";
 }
 
@@ -105,8 +109,8 @@ void ThumbnailStore::storeFailure(FileStamp const& file) const {
 void ThumbnailStore::write(FileStamp const& file, QImage& image, std::string const& folder) const {
     // Pictures of the pictures themselves would never end, and a file changed just now may be changing still.
     auto const now = FileStamp::of(file.path);
-    if (file.path.starts_with(m_folder + "/") || !now || now->modified != file.modified || now->size != file.size ||
-        file.modified >= std::time(nullptr) - 1)
+    if (file.path.starts_with(m_folder + "/") || !now || now->modified != file.modified ||
+        now->size != file.size || file.modified >= std::time(nullptr) - 1)
         return;
     image.setText(QStringLiteral("Thumb::URI"), QString::fromStdString(file.uri));
     image.setText(QStringLiteral("Thumb::MTime"), QString::number(file.modified));
