@@ -23,6 +23,13 @@ QSet<QByteArray> plainTypes() {
     return types;
 }
 
+/// Beyond this many pixels, only JPEG is decoded, since it can be shrunk while it is.
+constexpr qint64 mostPixels = mostMegabytes * (qint64{1} << 20) / 4;
+
+bool isTooLarge(QSize size, QByteArray const& format) {
+    return format != "jpeg" && qint64{size.width()} * size.height() > mostPixels;
+}
+
 /// Formats whose reader follows instructions in the file instead of decoding pixels.
 bool isDrawing(QByteArray const& format) {
     return format.startsWith("svg") || format == "pdf" || format == "eps" || format == "wmf";
@@ -52,6 +59,8 @@ std::optional<ReadImage> readImage(std::string const& path, QSize box) {
     if (isDrawing(reader.format()))
         return std::nullopt;
     auto const stored = reader.size();
+    if (isTooLarge(stored, reader.format()))
+        return std::nullopt;
     bool const turned = reader.transformation() & QImageIOHandler::TransformationRotate90;
     if (stored.isValid())
         reader.setScaledSize(shrunkToFit(stored, turned ? box.transposed() : box));
