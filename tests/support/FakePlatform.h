@@ -9,12 +9,14 @@
 #include "platform/MetadataQuery.h"
 #include "platform/OpenRequests.h"
 #include "platform/Platform.h"
+#include "platform/PreviewService.h"
 #include "platform/PropertyLists.h"
 #include "platform/Screens.h"
 #include "platform/Shell.h"
 #include "platform/SoftwareUpdate.h"
 #include "platform/StandardFolders.h"
 #include "platform/StatusBar.h"
+#include "platform/Thumbnailer.h"
 #include "platform/TypeCatalog.h"
 #include "platform/UserDefaults.h"
 #include "platform/Volumes.h"
@@ -383,17 +385,51 @@ struct FakeVolumes : Volumes {
     }
 };
 
+/// No previews at all.
+struct FakePreviews : PreviewService {
+    PreviewKind previewKind(Url const&, bool isDirectory) override {
+        return isDirectory ? PreviewKind::folder : PreviewKind::other;
+    }
+    Subscription page(PageRequest, std::function<void(std::optional<PagePicture>)>) override { return {}; }
+    Subscription text(Url const&, std::size_t, std::function<void(std::optional<TextPreview>)>) override {
+        return {};
+    }
+    Subscription summary(Url const&, std::function<void(ContentSummary const&)>) override { return {}; }
+};
+
+/// Thumbnails that come when the test says so.
+struct FakeThumbnailer : Thumbnailer {
+    struct Pending {
+        ThumbnailRequest request;
+        std::function<void(std::optional<Picture>)> completion;
+    };
+    std::map<int, Pending> pending; ///< by the order of the requests
+    int requests = 0;
+
+    Subscription request(ThumbnailRequest request,
+                         std::function<void(std::optional<Picture>)> completion) override {
+        auto const id = requests++;
+        pending.emplace(id, Pending{std::move(request), std::move(completion)});
+        return Subscription([this, id] { pending.erase(id); });
+    }
+    void answerAll(std::optional<Picture> const& picture) {
+        for (auto const& [id, asked] : std::exchange(pending, {}))
+            asked.completion(picture);
+    }
+};
+
 /// A desktop that the test holds in its hands: each service is a stand-in whose state is open.
 struct FakePlatform {
-    FakeAlerts alerts;
-    FakeDirectoryEvents directoryEvents;
     FakeFileManager fileManager;
+    FakeAlerts alerts;
     FakeBookmarks bookmarks{fileManager};
     FakeDesktopPlaces desktopPlaces;
+    FakeDirectoryEvents directoryEvents;
     FakeLoginItems loginItems;
     HandQueue mainQueue;
     FakeMetadataQuery metadataQuery;
     FakeOpenRequests openRequests;
+    FakePreviews previews;
     FakePropertyLists propertyLists;
     FakeScreens screens;
     FakeScriptInterpreter scriptInterpreter;
@@ -401,6 +437,7 @@ struct FakePlatform {
     FakeSoftwareUpdate softwareUpdate;
     FakeStandardFolders standardFolders;
     FakeStatusBar statusBar;
+    FakeThumbnailer thumbnailer;
     FakeTypeCatalog typeCatalog;
     FakeUserDefaults userDefaults;
     FakeVolumes volumes;
@@ -416,6 +453,7 @@ struct FakePlatform {
         .mainQueue = mainQueue,
         .metadataQuery = metadataQuery,
         .openRequests = openRequests,
+        .previews = previews,
         .propertyLists = propertyLists,
         .screens = screens,
         .scriptInterpreter = scriptInterpreter,
@@ -423,6 +461,7 @@ struct FakePlatform {
         .softwareUpdate = softwareUpdate,
         .standardFolders = standardFolders,
         .statusBar = statusBar,
+        .thumbnailer = thumbnailer,
         .typeCatalog = typeCatalog,
         .userDefaults = userDefaults,
         .volumes = volumes,
