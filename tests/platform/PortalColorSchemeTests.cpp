@@ -60,7 +60,7 @@ private:
 TEST(PortalColorScheme, FollowsThePortal) {
     ASSERT_TRUE(PrivateBus::shared().isRunning());
     Portal portal(1);
-    PortalColorScheme scheme(false);
+    PortalColorScheme scheme;
     auto const atFirst = scheme.isDark();
     std::vector<bool> heard;
     auto const subscription = scheme.observe([&](bool dark) { heard.push_back(dark); });

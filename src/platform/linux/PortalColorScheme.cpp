@@ -8,6 +8,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileSystemWatcher>
+#include <QGuiApplication>
+#include <QPalette>
 #include <QStandardPaths>
 
 namespace taliro {
@@ -44,6 +46,12 @@ bool isDarkTheme(QString const& name) {
            name.endsWith(QStringLiteral(":dark"), Qt::CaseInsensitive);
 }
 
+/// False without windows, where there is no palette to ask for.
+bool toolkitIsDark() {
+    return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) &&
+           QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
+}
+
 } // namespace
 
 // Read by ourselves: QSettings keeps a file's contents for as long as its time stamp stays the same.
@@ -68,8 +76,8 @@ std::optional<bool> prefersDark(QString const& settingsIni) {
     return flag ? flag : theme;
 }
 
-PortalColorScheme::PortalColorScheme(bool toolkitIsDark)
-    : m_toolkitIsDark(toolkitIsDark), m_gtkFiles(new QFileSystemWatcher(this)) {
+PortalColorScheme::PortalColorScheme()
+    : m_toolkitIsDark(toolkitIsDark()), m_gtkFiles(new QFileSystemWatcher(this)) {
     connect(m_gtkFiles, &QFileSystemWatcher::fileChanged, this, &PortalColorScheme::readGtkSettings);
     readGtkSettings();
     askPortal();

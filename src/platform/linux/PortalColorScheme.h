@@ -18,7 +18,7 @@ class PortalColorScheme : public QObject, public ColorScheme {
 
 public:
     /// Asks the portal without waiting for it; before its answer, the other sources count.
-    explicit PortalColorScheme(bool toolkitIsDark);
+    PortalColorScheme();
 
     bool isDark() const override { return m_dark; }
     Subscription observe(std::function<void(bool dark)> observer) override {
