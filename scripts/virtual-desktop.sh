@@ -8,7 +8,7 @@ start_desktop() {
     local folder=$1
     mkdir -p "$folder"
     exec {display_fd}<> <(:)
-    Xvfb -displayfd "$display_fd" -screen 0 1280x800x24 -nolisten tcp >"$folder/xvfb.log" 2>&1 &
+    Xvfb -displayfd "$display_fd" -screen 0 1280x800x24 -nolisten tcp -noreset >"$folder/xvfb.log" 2>&1 &
     desktop_pids+=($!)
     local number
     if ! read -r -t 20 -u "$display_fd" number; then
