@@ -1,11 +1,16 @@
 #pragma once
 
-namespace taliro::AppCommands {
+#include <functional>
 
-// What menus in several places offer.
+namespace taliro {
 
-void showPreferences();
-void checkForUpdates();
-void quit();
+/// What menus in several places offer. A command that is absent shows as disabled.
+struct AppCommands {
+    std::function<void()> showPreferences;
+    std::function<void()> checkForUpdates;
+    std::function<void()> quit;
 
-} // namespace taliro::AppCommands
+    static AppCommands& shared();
+};
+
+} // namespace taliro

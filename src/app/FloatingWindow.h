@@ -4,31 +4,31 @@
 #include "foundation/Subscription.h"
 #include "platform/WindowManager.h"
 
+#include <QPixmap>
 #include <QWidget>
+
+class QVBoxLayout;
 
 namespace taliro {
 
 struct Platform;
 
-/// A frameless window above all others that draws its own surface: rounded and with a shadow where windows may be
-/// translucent, else square with a border. Its frame is that of the surface, without shadow and arrow.
+/// A frameless window above all others that draws its own surface: rounded and with a shadow where windows
+/// may be translucent, else square with a border. Its frame is that of the surface, without shadow and arrow.
 class FloatingWindow : public QWidget {
     Q_OBJECT
 
 public:
     FloatingWindow(Platform& platform, QString const& title);
 
-    QRect frame() const;
+    QRect frame() const { return geometry().marginsRemoved(margins()); }
     void setFrame(QRect const& frame);
     void setFrameLimits(QSize minimum, QSize maximum);
 
     /// Shows the window above the others; with the keyboard, if `focused`.
     void present(bool focused);
-    virtual WindowManager::Taskbar taskbar() const { return WindowManager::Taskbar::skipped; }
 
-    /// Ends the editing of a text field of this window that `globalPosition` is outside of.
-    void endEditingOutside(QPoint globalPosition);
-    /// The text field being edited in this window.
+    /// The text field being edited in this window, if any.
     QWidget* editedField() const;
 
 Q_SIGNALS:
@@ -36,26 +36,35 @@ Q_SIGNALS:
 
 protected:
     using ArrowEdge = Placement::Hanging::ArrowEdge;
-    /// Space above and below the surface for an arrow, and where its tip is.
+
+    QVBoxLayout* rows() const { return m_rows; }
+    /// The surface, in the window's coordinates.
+    QRect surface() const { return rect().marginsRemoved(margins()); }
+    /// Where an arrow points out of the surface; `x` is its tip, from the frame's left edge.
     void setArrow(ArrowEdge edge, int x);
+    ArrowEdge arrowEdge() const { return m_arrowEdge; }
+    virtual WindowManager::Taskbar taskbar() const { return WindowManager::Taskbar::skipped; }
+    /// What has the keyboard when no text field has it.
+    virtual QWidget* firstResponder() = 0;
     Platform& platform() const { return m_platform; }
 
     void paintEvent(QPaintEvent*) override;
-    void resizeEvent(QResizeEvent*) override;
+    void resizeEvent(QResizeEvent* event) override;
     void moveEvent(QMoveEvent*) override;
-    void showEvent(QShowEvent*) override;
-    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     class Corners;
+    friend class Corners;
 
     QMargins margins() const;
-    QRect surface() const;
-    QPainterPath outline() const;
-    void paintShadow(QPainter& painter) const;
+    QPainterPath arrowPath() const;
+    void layOut();
     void updateShape();
+    void endEditingOutside(QPoint globalPosition);
 
     Platform& m_platform;
+    QVBoxLayout* m_rows;
     ArrowEdge m_arrowEdge = ArrowEdge::none;
     int m_arrowX = 0;
     bool m_composited;

@@ -69,7 +69,8 @@ Size clampedSize(Size size) {
 }
 
 Point originAtCursor(std::vector<ScreenInfo> const& screens, Point mouse, Size size) {
-    return clamped({mouse.x - size.width / 2, mouse.y - size.height / 2}, size, visibleFrameAt(screens, mouse));
+    return clamped({mouse.x - size.width / 2, mouse.y - size.height / 2}, size,
+                   visibleFrameAt(screens, mouse));
 }
 
 Point panelOrigin(std::vector<ScreenInfo> const& screens, std::optional<Rect> item, Size size) {
@@ -94,8 +95,19 @@ Hanging popoverFrame(std::vector<ScreenInfo> const& screens, std::optional<Rect>
     hanging.arrow = fitsBelow || above < visible.y ? Hanging::ArrowEdge::top : Hanging::ArrowEdge::bottom;
     auto const x = clamped({item->midX() - size.width / 2, 0}, size, visible).x;
     hanging.frame = {x, hanging.arrow == Hanging::ArrowEdge::top ? below : above, size.width, size.height};
-    hanging.arrowX = std::clamp(item->midX() - x, arrowInset, size.width - arrowInset);
+    hanging.arrowX = arrowX(item->midX() - x, size.width);
     return hanging;
+}
+
+double arrowX(double wanted, double width) {
+    return std::clamp(wanted, arrowInset, width - arrowInset);
+}
+
+Rect centered(std::vector<ScreenInfo> const& screens, Size size) {
+    auto const visible = mainVisibleFrame(screens);
+    auto const origin = clamped(
+        {visible.midX() - size.width / 2, visible.y + (visible.height - size.height) * 0.4}, size, visible);
+    return {origin.x, origin.y, size.width, size.height};
 }
 
 Rect reachable(std::vector<ScreenInfo> const& screens, Rect frame) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/Subscription.h"
+#include "platform/Screens.h"
 
 #include <cstdint>
 #include <functional>
@@ -10,7 +11,8 @@ namespace taliro {
 /// A top-level window, as the desktop numbers it.
 using WindowId = std::uintptr_t;
 
-/// What a window asks of the desktop beyond what the toolkit does. Where the desktop can't, the call does nothing.
+/// What a window asks of the desktop beyond what the toolkit does. Where the desktop can't, the call does
+/// nothing.
 class WindowManager {
 public:
     enum class Taskbar { shown, skipped };
@@ -25,8 +27,9 @@ public:
     virtual void focus(WindowId window) = 0;
     /// To the front, the keyboard staying where it is.
     virtual void raise(WindowId window) = 0;
-    /// The outermost `points` of the window are but its shadow: clicks there reach what lies below.
-    virtual void setShadowMargin(WindowId window, int points) = 0;
+    /// Only `area` of the window, which is of `size`, is more than shadow: clicks elsewhere reach what lies
+    /// below. In pixels of the window.
+    virtual void setVisibleArea(WindowId window, Rect area, Size size) = 0;
 
     /// Whether windows may be translucent.
     virtual bool isComposited() = 0;

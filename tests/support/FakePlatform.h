@@ -1,15 +1,18 @@
 #pragma once
 
 #include "platform/Alerts.h"
+#include "platform/ColorScheme.h"
 #include "platform/DirectoryEvents.h"
 #include "platform/FileManager.h"
 #include "platform/LoginItems.h"
 #include "platform/OpenRequests.h"
 #include "platform/Platform.h"
+#include "platform/PointerEvents.h"
 #include "platform/Screens.h"
 #include "platform/StatusBar.h"
 #include "platform/TypeCatalog.h"
 #include "platform/UserDefaults.h"
+#include "platform/WindowManager.h"
 #include "platform/Workspace.h"
 #include "support/HandQueue.h"
 
@@ -30,6 +33,15 @@ struct FakeAlerts : Alerts {
         return answer;
     }
     void beep() override { ++beeps; }
+};
+
+struct FakeColorScheme : ColorScheme {
+    bool dark = false;
+    Observers<bool> observers;
+    bool isDark() const override { return dark; }
+    Subscription observe(std::function<void(bool)> observer) override {
+        return observers.add(std::move(observer));
+    }
 };
 
 struct FakeDirectoryEvents : DirectoryEvents {
@@ -160,6 +172,13 @@ struct FakeOpenRequests : OpenRequests {
     }
 };
 
+struct FakePointerEvents : PointerEvents {
+    Observers<Point> presses;
+    Subscription observeGlobalMouseDown(std::function<void(Point)> observer) override {
+        return presses.add(std::move(observer));
+    }
+};
+
 struct FakeScreens : Screens {
     std::vector<ScreenInfo> screens{{{0, 0, 1440, 900}, {0, 24, 1440, 876}, true}};
     Point mouse;
@@ -225,6 +244,25 @@ struct FakeUserDefaults : UserDefaults {
     }
 };
 
+struct FakeWindowManager : WindowManager {
+    bool composited = false;
+    WindowId focused = 0;
+    Observers<> compositing;
+    Observers<> workspace;
+    void floatEverywhere(WindowId, Taskbar) override {}
+    void setTaskbar(WindowId, Taskbar) override {}
+    void focus(WindowId window) override { focused = window; }
+    void raise(WindowId) override {}
+    void setVisibleArea(WindowId, Rect, Size) override {}
+    bool isComposited() override { return composited; }
+    Subscription observeCompositing(std::function<void()> observer) override {
+        return compositing.add(std::move(observer));
+    }
+    Subscription observeWorkspace(std::function<void()> observer) override {
+        return workspace.add(std::move(observer));
+    }
+};
+
 struct FakeWorkspace : Workspace {
     std::vector<Url> opened;
     std::vector<Url> revealed;
@@ -245,28 +283,34 @@ struct FakeWorkspace : Workspace {
 /// A desktop that the test holds in its hands: each service is a stand-in whose state is open.
 struct FakePlatform {
     FakeAlerts alerts;
+    FakeColorScheme colorScheme;
     FakeDirectoryEvents directoryEvents;
     FakeFileManager fileManager;
     FakeLoginItems loginItems;
     HandQueue mainQueue;
     FakeOpenRequests openRequests;
+    FakePointerEvents pointerEvents;
     FakeScreens screens;
     FakeStatusBar statusBar;
     FakeTypeCatalog typeCatalog;
     FakeUserDefaults userDefaults;
+    FakeWindowManager windowManager;
     FakeWorkspace workspace;
 
     Platform platform{
         .alerts = alerts,
+        .colorScheme = colorScheme,
         .directoryEvents = directoryEvents,
         .fileManager = fileManager,
         .loginItems = loginItems,
         .mainQueue = mainQueue,
         .openRequests = openRequests,
+        .pointerEvents = pointerEvents,
         .screens = screens,
         .statusBar = statusBar,
         .typeCatalog = typeCatalog,
         .userDefaults = userDefaults,
+        .windowManager = windowManager,
         .workspace = workspace,
     };
 };
