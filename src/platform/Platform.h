@@ -3,17 +3,26 @@
 namespace taliro {
 
 class Alerts;
+class Bookmarks;
 class ColorScheme;
+class DesktopPlaces;
 class DirectoryEvents;
 class FileManager;
 class LoginItems;
 class MainQueue;
+class MetadataQuery;
 class OpenRequests;
 class PointerEvents;
+class PropertyLists;
 class Screens;
+class ScriptInterpreter;
+class Shell;
+class SoftwareUpdate;
+class StandardFolders;
 class StatusBar;
 class TypeCatalog;
 class UserDefaults;
+class Volumes;
 class WindowManager;
 class Workspace;
 
@@ -21,17 +30,26 @@ class Workspace;
 /// tests make one of stand-ins.
 struct Platform {
     Alerts& alerts;
+    Bookmarks& bookmarks;
     ColorScheme& colorScheme;
+    DesktopPlaces& desktopPlaces;
     DirectoryEvents& directoryEvents;
     FileManager& fileManager;
     LoginItems& loginItems;
     MainQueue& mainQueue;
+    MetadataQuery& metadataQuery;
     OpenRequests& openRequests;
     PointerEvents& pointerEvents;
+    PropertyLists& propertyLists;
     Screens& screens;
+    ScriptInterpreter& scriptInterpreter;
+    Shell& shell;
+    SoftwareUpdate& softwareUpdate;
+    StandardFolders& standardFolders;
     StatusBar& statusBar;
     TypeCatalog& typeCatalog;
     UserDefaults& userDefaults;
+    Volumes& volumes;
     WindowManager& windowManager;
     Workspace& workspace;
 
