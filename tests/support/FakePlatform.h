@@ -11,6 +11,8 @@
 #include "platform/Platform.h"
 #include "platform/PropertyLists.h"
 #include "platform/Screens.h"
+#include "platform/Shell.h"
+#include "platform/SoftwareUpdate.h"
 #include "platform/StandardFolders.h"
 #include "platform/StatusBar.h"
 #include "platform/TypeCatalog.h"
@@ -111,6 +113,16 @@ struct FakeFileManager : FileManager {
         }
         return listed;
     }
+    std::optional<std::vector<std::string>> subfolders(Url const& folder, Hidden hidden) override {
+        auto const listed = contents(folder, hidden);
+        if (!listed)
+            return std::nullopt;
+        std::vector<std::string> names;
+        for (auto const& item : *listed)
+            if (item.attributes && item.attributes->isDirectory)
+                names.push_back(item.name);
+        return names;
+    }
     std::optional<FileAttributes> attributes(Url const& item) override {
         auto const found = items.find(item.path());
         return found == items.end() || unreadable.contains(item.path()) ? std::nullopt
@@ -175,6 +187,44 @@ struct FakeScreens : Screens {
     Subscription observeChanges(std::function<void()> observer) override {
         return observers.add(std::move(observer));
     }
+};
+
+struct FakeScriptInterpreter : ScriptInterpreter {
+    std::vector<std::string> sources;
+    std::expected<void, std::string> answer;
+    std::function<void()> effect; ///< what a script that runs does
+    std::expected<void, std::string> run(std::string const& source) override {
+        sources.push_back(source);
+        if (answer && effect)
+            effect();
+        return answer;
+    }
+};
+
+struct FakeShell : Shell {
+    std::vector<std::string> commands;
+    std::int32_t exitStatus = 0;
+    std::function<void()> effect; ///< what a command that succeeds does
+    std::map<std::string, std::string> links;
+    std::optional<std::string> tool = "/opt/Taliro/Resources/taliro";
+    std::int32_t runShell(std::string const& command) override {
+        commands.push_back(command);
+        if (exitStatus == 0 && effect)
+            effect();
+        return exitStatus;
+    }
+    std::string resolvingSymlinks(std::string const& path) override {
+        auto const found = links.find(path);
+        return found == links.end() ? path : resolvingSymlinks(found->second);
+    }
+    std::optional<std::string> bundledResource(std::string const&) override { return tool; }
+};
+
+struct FakeSoftwareUpdate : SoftwareUpdate {
+    int starts = 0;
+    int checks = 0;
+    void start() override { ++starts; }
+    void checkForUpdates() override { ++checks; }
 };
 
 struct FakeStatusItem : StatusItem {
@@ -346,6 +396,9 @@ struct FakePlatform {
     FakeOpenRequests openRequests;
     FakePropertyLists propertyLists;
     FakeScreens screens;
+    FakeScriptInterpreter scriptInterpreter;
+    FakeShell shell;
+    FakeSoftwareUpdate softwareUpdate;
     FakeStandardFolders standardFolders;
     FakeStatusBar statusBar;
     FakeTypeCatalog typeCatalog;
@@ -365,6 +418,9 @@ struct FakePlatform {
         .openRequests = openRequests,
         .propertyLists = propertyLists,
         .screens = screens,
+        .scriptInterpreter = scriptInterpreter,
+        .shell = shell,
+        .softwareUpdate = softwareUpdate,
         .standardFolders = standardFolders,
         .statusBar = statusBar,
         .typeCatalog = typeCatalog,
