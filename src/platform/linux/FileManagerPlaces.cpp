@@ -9,19 +9,21 @@ namespace {
 constexpr std::size_t maxFileBytes = 4 << 20;
 }
 
-FileManagerPlaces::FileManagerPlaces(DirectoryEvents& events, FileManager& files)
-    : m_events(events),
-      m_files(files),
-      m_gtkBookmarks(userConfigFolder(files).appending("gtk-3.0/bookmarks")),
-      m_kdePlaces(userDataFolder(files).appending("user-places.xbel")) {}
+Url FileManagerPlaces::gtkBookmarks() const {
+    return userConfigFolder(m_files).appending("gtk-3.0/bookmarks");
+}
+
+Url FileManagerPlaces::kdePlaces() const {
+    return userDataFolder(m_files).appending("user-places.xbel");
+}
 
 std::optional<std::vector<DesktopPlace>> FileManagerPlaces::read() {
     std::optional<std::vector<DesktopPlace>> places;
-    if (auto const bytes = m_files.readFile(m_gtkBookmarks, maxFileBytes))
+    if (auto const bytes = m_files.readFile(gtkBookmarks(), maxFileBytes))
         places = parseGtkBookmarks(*bytes);
     if (places && !places->empty())
         return places;
-    if (auto const bytes = m_files.readFile(m_kdePlaces, maxFileBytes))
+    if (auto const bytes = m_files.readFile(kdePlaces(), maxFileBytes))
         places = parseKdePlaces(*bytes);
     return places;
 }
@@ -31,8 +33,8 @@ Subscription FileManagerPlaces::observeChanges(std::function<void()> observer) {
         return std::make_unique<FileWatch>(m_events, m_files, file, [this] { m_observers.notify(); });
     };
     if (!m_gtkWatch) {
-        m_gtkWatch = watch(m_gtkBookmarks);
-        m_kdeWatch = watch(m_kdePlaces);
+        m_gtkWatch = watch(gtkBookmarks());
+        m_kdeWatch = watch(kdePlaces());
     }
     return m_observers.add(std::move(observer));
 }

@@ -11,16 +11,17 @@ namespace taliro {
 /// The places of GTK's file managers or, where that list holds none, of KDE's.
 class FileManagerPlaces : public DesktopPlaces {
 public:
-    FileManagerPlaces(DirectoryEvents& events, FileManager& files);
+    FileManagerPlaces(DirectoryEvents& events, FileManager& files) : m_events(events), m_files(files) {}
 
     std::optional<std::vector<DesktopPlace>> read() override;
     Subscription observeChanges(std::function<void()> observer) override;
 
 private:
+    Url gtkBookmarks() const;
+    Url kdePlaces() const;
+
     DirectoryEvents& m_events;
     FileManager& m_files;
-    Url m_gtkBookmarks;
-    Url m_kdePlaces;
     Observers<> m_observers;
     // From the first observer on.
     std::unique_ptr<FileWatch> m_gtkWatch;
