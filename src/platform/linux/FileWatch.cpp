@@ -1,5 +1,7 @@
 #include "platform/linux/FileWatch.h"
 
+#include <algorithm>
+
 namespace taliro {
 
 FileWatch::FileWatch(DirectoryEvents& events, FileManager& files, Url file, std::function<void()> onChange)
@@ -28,7 +30,16 @@ void FileWatch::watchNearestFolder() {
         return;
     m_watched = folder;
     m_source.reset();
-    if (auto source = m_events.watch(folder, [this] { check(); }))
+    // Of the watched folder's items, the file or the folder that it will lie in.
+    auto const next = m_file.path().substr(folder.path().size() + (folder.path() == "/" ? 0 : 1));
+    auto const name = next.substr(0, next.find('/'));
+    auto const concerns = [name](DirectoryEvents::Changed const& changed) {
+        return !changed || changed->empty() || std::ranges::find(*changed, name) != changed->end();
+    };
+    if (auto source = m_events.watch(folder, [this, concerns](auto const& changed) {
+            if (concerns(changed))
+                check();
+        }))
         m_source = std::move(*source);
 }
 

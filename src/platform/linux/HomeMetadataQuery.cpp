@@ -250,7 +250,8 @@ void HomeMetadataQuery::watchFolders() {
     for (auto const& folder : wanted) {
         if (m_watched.contains(folder))
             continue;
-        if (auto source = m_events.watch(Url::file(folder, true), [this, folder] { folderChanged(folder); }))
+        if (auto source = m_events.watch(Url::file(folder, true),
+                                         [this, folder](auto const&) { folderChanged(folder); }))
             m_watched.emplace(folder, std::move(*source));
     }
 }
