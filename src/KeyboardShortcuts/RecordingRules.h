@@ -23,8 +23,8 @@ struct RecordingVerdict {
         store,
     };
     Kind kind = Kind::passOn;
-    std::optional<Shortcut> shortcut;
-    std::string menuItemTitle;
+    std::optional<Shortcut> shortcut = {};
+    std::string menuItemTitle = {};
 };
 
 /// What else listens to shortcuts. Asked only as far as the rules get.

@@ -11,6 +11,7 @@
 #include "platform/TypeCatalog.h"
 #include "platform/UserDefaults.h"
 #include "platform/Workspace.h"
+#include "support/FakeKeyboard.h"
 #include "support/HandQueue.h"
 
 #include <map>
@@ -247,11 +248,14 @@ struct FakePlatform {
     FakeAlerts alerts;
     FakeDirectoryEvents directoryEvents;
     FakeFileManager fileManager;
+    FakeHotKeys hotKeys;
+    FakeKeyboardLayout keyboardLayout;
     FakeLoginItems loginItems;
     HandQueue mainQueue;
     FakeOpenRequests openRequests;
     FakeScreens screens;
     FakeStatusBar statusBar;
+    FakeSystemShortcuts systemShortcuts;
     FakeTypeCatalog typeCatalog;
     FakeUserDefaults userDefaults;
     FakeWorkspace workspace;
@@ -260,11 +264,14 @@ struct FakePlatform {
         .alerts = alerts,
         .directoryEvents = directoryEvents,
         .fileManager = fileManager,
+        .hotKeys = hotKeys,
+        .keyboardLayout = keyboardLayout,
         .loginItems = loginItems,
         .mainQueue = mainQueue,
         .openRequests = openRequests,
         .screens = screens,
         .statusBar = statusBar,
+        .systemShortcuts = systemShortcuts,
         .typeCatalog = typeCatalog,
         .userDefaults = userDefaults,
         .workspace = workspace,
