@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/CarbonModifiers.h"
+
 #include <cstdint>
 #include <string>
 
@@ -38,15 +40,6 @@ inline constexpr ModifierFlags ModifierFlags::option{0x80000};
 inline constexpr ModifierFlags ModifierFlags::command{0x100000};
 inline constexpr ModifierFlags ModifierFlags::numericPad{0x200000};
 inline constexpr ModifierFlags ModifierFlags::function{0x800000};
-
-/// The bits of the Carbon mask.
-namespace carbonMask {
-inline constexpr std::int64_t command = 0x100;
-inline constexpr std::int64_t shift = 0x200;
-inline constexpr std::int64_t option = 0x800;
-inline constexpr std::int64_t control = 0x1000;
-inline constexpr std::int64_t function = 0x20000;
-} // namespace carbonMask
 
 /// The five known bits of a Carbon mask.
 std::int64_t normalizedCarbonModifiers(std::int64_t mask);

@@ -11,7 +11,7 @@
 namespace taliro {
 
 /// Key combinations that work whichever program has the keyboard. Key codes name physical keys by their
-/// US-ANSI position, modifiers are a Carbon mask (see `ModifierFlags`).
+/// US-ANSI position, modifiers are bits of `carbonMask`.
 class HotKeys {
 public:
     class Registration {
