@@ -27,6 +27,8 @@ constexpr int badValue = 2;
 /// Some desktops tell of a held key again and again; slower than this, it was pressed anew.
 constexpr std::chrono::milliseconds repeatWithin{700};
 
+} // namespace
+
 QDBusArgument& operator<<(QDBusArgument& argument, PortalShortcut const& shortcut) {
     argument.beginStructure();
     argument << shortcut.id << shortcut.properties;
@@ -40,8 +42,6 @@ QDBusArgument const& operator>>(QDBusArgument const& argument, PortalShortcut& s
     argument.endStructure();
     return argument;
 }
-
-} // namespace
 
 class PortalHotKeys::Binding : public Registration {
 public:

@@ -3,6 +3,7 @@
 #include "platform/HotKeys.h"
 #include "platform/linux/MenuKeys.h"
 
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusObjectPath>
 #include <QDeadlineTimer>
@@ -81,6 +82,8 @@ struct PortalShortcut {
     QString id;
     QVariantMap properties;
 };
+QDBusArgument& operator<<(QDBusArgument& argument, PortalShortcut const& shortcut);
+QDBusArgument const& operator>>(QDBusArgument const& argument, PortalShortcut& shortcut);
 
 } // namespace taliro
 

@@ -3,7 +3,9 @@
 #include <QSocketNotifier>
 
 #include <cstdlib>
+#define explicit explicit_ // a C header, which names members so
 #include <xcb/xkb.h>
+#undef explicit
 #include <xkbcommon/xkbcommon-x11.h>
 #include <xkbcommon/xkbcommon.h>
 
