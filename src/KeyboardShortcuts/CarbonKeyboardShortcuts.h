@@ -31,6 +31,7 @@ public:
     /// Switches the way keys are received. Has no effect before the first successful registration.
     void updateEventHandler(bool isEnabled, bool isMenuOpen);
 
+    bool forbidsOptionAlone() const { return m_system.forbidsOptionAlone(); }
     /// The desktop's own shortcuts.
     std::vector<Shortcut> system() const;
 

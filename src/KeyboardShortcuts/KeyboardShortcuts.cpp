@@ -6,11 +6,14 @@
 
 namespace taliro {
 
-KeyboardShortcuts::KeyboardShortcuts(Platform& platform)
-    : m_platform(platform), m_carbon(platform.hotKeys, platform.keyboardLayout, platform.systemShortcuts) {}
+KeyboardShortcuts::KeyboardShortcuts(UserDefaults& defaults, HotKeys& hotKeys, KeyboardLayout& layout,
+                                     SystemShortcuts& systemShortcuts)
+    : m_defaults(defaults), m_layout(layout), m_carbon(hotKeys, layout, systemShortcuts) {}
 
 KeyboardShortcuts& KeyboardShortcuts::shared() {
-    static KeyboardShortcuts shortcuts(Platform::current());
+    auto& platform = Platform::current();
+    static KeyboardShortcuts shortcuts(platform.userDefaults, platform.hotKeys, platform.keyboardLayout,
+                                       platform.systemShortcuts);
     return shortcuts;
 }
 
@@ -46,12 +49,12 @@ void KeyboardShortcuts::setEnabled(bool enabled) {
 }
 
 std::optional<Shortcut> KeyboardShortcuts::getShortcut(Name const& name) const {
-    auto const stored = m_platform.userDefaults.string(name.defaultsKey());
+    auto const stored = m_defaults.string(name.defaultsKey());
     return stored ? decodeShortcut(*stored) : std::nullopt;
 }
 
 bool KeyboardShortcuts::userDefaultsContains(Name const& name) const {
-    return m_platform.userDefaults.object(name.defaultsKey()).has_value();
+    return m_defaults.object(name.defaultsKey()).has_value();
 }
 
 void KeyboardShortcuts::setShortcut(std::optional<Shortcut> const& shortcut, Name const& name) {
@@ -65,7 +68,7 @@ void KeyboardShortcuts::userDefaultsSet(Name const& name, Shortcut const& shortc
     if (auto const former = getShortcut(name))
         unregister(*former);
     registerIfNeeded(shortcut);
-    m_platform.userDefaults.setString(name.defaultsKey(), encode(shortcut));
+    m_defaults.setString(name.defaultsKey(), encode(shortcut));
     NotificationCenter::standard().post(shortcutByNameDidChange, {}, {{"name", name}});
 }
 
@@ -74,9 +77,9 @@ void KeyboardShortcuts::userDefaultsRemove(Name const& name) {
     if (!former)
         return;
     if (name.defaultShortcut())
-        m_platform.userDefaults.setBoolean(name.defaultsKey(), false); // keeps the default from coming back
+        m_defaults.setBoolean(name.defaultsKey(), false); // keeps the default from coming back
     else
-        m_platform.userDefaults.remove(name.defaultsKey());
+        m_defaults.remove(name.defaultsKey());
     unregister(*former);
     NotificationCenter::standard().post(shortcutByNameDidChange, {}, {{"name", name}});
 }
@@ -143,7 +146,7 @@ void KeyboardShortcuts::dispatch(Handlers const& handlers, Shortcut const& short
 }
 
 std::string KeyboardShortcuts::presentableDescription(Shortcut const& shortcut) const {
-    return shortcut.presentableDescription(m_platform.keyboardLayout);
+    return shortcut.presentableDescription(m_layout);
 }
 
 Name togglePicker(KeyboardShortcuts& shortcuts) {

@@ -16,7 +16,7 @@
 
 namespace taliro {
 
-struct Platform;
+class UserDefaults;
 
 /// Global keyboard shortcuts: what each name's is, stored where the user's settings are, and what happens
 /// when it is pressed in any program. Stored values that are no shortcut read as none.
@@ -34,7 +34,8 @@ public:
     static constexpr std::string_view menuDidBeginTracking = "NSMenuDidBeginTrackingNotification";
     static constexpr std::string_view menuDidEndTracking = "NSMenuDidEndTrackingNotification";
 
-    explicit KeyboardShortcuts(Platform& platform);
+    KeyboardShortcuts(UserDefaults& defaults, HotKeys& hotKeys, KeyboardLayout& layout,
+                      SystemShortcuts& systemShortcuts);
     static KeyboardShortcuts& shared();
     KeyboardShortcuts(KeyboardShortcuts const&) = delete;
     KeyboardShortcuts& operator=(KeyboardShortcuts const&) = delete;
@@ -64,6 +65,7 @@ public:
     bool isPaused = false;
 
     CarbonKeyboardShortcuts& carbon() { return m_carbon; }
+    KeyboardLayout& layout() { return m_layout; }
     /// The shortcut's text in the user's keyboard layout.
     std::string presentableDescription(Shortcut const& shortcut) const;
 
@@ -83,7 +85,8 @@ private:
     void unregister(Shortcut const& shortcut);
     void dispatch(Handlers const& handlers, Shortcut const& shortcut);
 
-    Platform& m_platform;
+    UserDefaults& m_defaults;
+    KeyboardLayout& m_layout;
     Handlers m_keyDown;
     Handlers m_keyUp;
     std::uint64_t m_nextStream = 0;

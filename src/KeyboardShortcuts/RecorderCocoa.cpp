@@ -5,9 +5,7 @@
 #include "KeyboardShortcuts/Texts.h"
 #include "foundation/NotificationCenter.h"
 #include "platform/Alerts.h"
-#include "platform/HotKeys.h"
 #include "platform/KeyboardLayout.h"
-#include "platform/Platform.h"
 #include "views/ToolButton.h"
 
 #include <QAction>
@@ -60,10 +58,10 @@ void RecorderCocoa::setMainMenu(std::function<QList<QAction*>()> items) {
     mainMenu = std::move(items);
 }
 
-RecorderCocoa::RecorderCocoa(Platform& platform, KeyboardShortcuts& shortcuts, Name name, QWidget* parent)
+RecorderCocoa::RecorderCocoa(KeyboardShortcuts& shortcuts, Alerts& alerts, Name name, QWidget* parent)
     : QLineEdit(parent),
-      m_platform(platform),
       m_shortcuts(shortcuts),
+      m_alerts(alerts),
       m_name(std::move(name)),
       m_cancelButton(new ToolButton("xmark.circle.fill", tr("Clear shortcut"), 12, this)) {
     setReadOnly(true); // Keys are recorded instead of typed; no insertion point shows.
@@ -82,7 +80,7 @@ RecorderCocoa::RecorderCocoa(Platform& platform, KeyboardShortcuts& shortcuts, N
             if (std::any_cast<Name>(notification.userInfo.at("name")) == m_name)
                 showShortcut();
         }));
-    m_subscriptions.push_back(platform.keyboardLayout.observeChanges([this] { showShortcut(); }));
+    m_subscriptions.push_back(shortcuts.layout().observeChanges([this] { showShortcut(); }));
 }
 
 RecorderCocoa::~RecorderCocoa() {
@@ -199,21 +197,21 @@ bool RecorderCocoa::event(QEvent* event) {
 bool RecorderCocoa::record(QKeyEvent const& event) {
     if (event.isAutoRepeat())
         return true;
-    auto const key = m_platform.keyboardLayout.keyCode(event.nativeScanCode());
+    auto const key = m_shortcuts.layout().keyCode(event.nativeScanCode());
     if (!key) {
         bool const isModifier = event.key() >= Qt::Key_Shift && event.key() <= Qt::Key_ScrollLock;
         if (!isModifier && event.key() != Qt::Key_AltGr)
-            m_platform.alerts.beep();
+            m_alerts.beep();
         return true;
     }
     RecordingSurroundings const surroundings{
         [this](Shortcut const& shortcut) -> std::optional<std::string> {
             auto const* item = menuItemWithMatchingShortcut(mainMenu ? mainMenu() : QList<QAction*>(),
-                                                            shortcut, m_platform.keyboardLayout);
+                                                            shortcut, m_shortcuts.layout());
             return item ? std::optional(item->text().remove(QLatin1Char('&')).toStdString()) : std::nullopt;
         },
         [this] { return m_shortcuts.carbon().system(); },
-        m_platform.hotKeys.forbidsOptionAlone(),
+        m_shortcuts.carbon().forbidsOptionAlone(),
     };
     auto const verdict = judge({KeyEvent::Type::keyDown, Key{*key}, modifierFlags(event)}, surroundings);
     using Kind = RecordingVerdict::Kind;
@@ -230,7 +228,7 @@ bool RecorderCocoa::record(QKeyEvent const& event) {
         clearShortcut();
         return true;
     case Kind::beep:
-        m_platform.alerts.beep();
+        m_alerts.beep();
         return true;
     case Kind::usedByMenuItem:
         alert(qtText(texts::usedByMenuItem) + qtText(verdict.menuItemTitle) +

@@ -15,9 +15,9 @@ class QKeyEvent;
 
 namespace taliro {
 
+class Alerts;
 class KeyboardShortcuts;
 class ToolButton;
-struct Platform;
 
 /// A field that shows a name's shortcut and, while it has the keyboard, takes the next key combination as the
 /// new one. Meanwhile it gets every key, also those that the desktop or our own shortcuts listen to.
@@ -27,7 +27,7 @@ class RecorderCocoa : public QLineEdit {
 public:
     static constexpr int narrowest = 130; ///< points
 
-    RecorderCocoa(Platform& platform, KeyboardShortcuts& shortcuts, Name name, QWidget* parent = nullptr);
+    RecorderCocoa(KeyboardShortcuts& shortcuts, Alerts& alerts, Name name, QWidget* parent = nullptr);
     ~RecorderCocoa() override;
 
     Name const& shortcutName() const { return m_name; }
@@ -63,8 +63,8 @@ private:
     void alert(QString const& message);
     void offerSystemShortcut(Shortcut const& shortcut);
 
-    Platform& m_platform;
     KeyboardShortcuts& m_shortcuts;
+    Alerts& m_alerts;
     Name m_name;
     ToolButton* m_cancelButton;
     bool m_isRecording = false;

@@ -4,7 +4,6 @@
 #include "foundation/NotificationCenter.h"
 #include "foundation/Text.h"
 #include "platform/KeyboardLayout.h"
-#include "platform/Platform.h"
 
 #include <QPainter>
 
@@ -19,12 +18,12 @@ constexpr qreal shadow = 1;
 
 } // namespace
 
-HotkeyCaps::HotkeyCaps(Platform& platform, KeyboardShortcuts& shortcuts, QWidget* parent)
+HotkeyCaps::HotkeyCaps(KeyboardShortcuts& shortcuts, QWidget* parent)
     : QWidget(parent), m_shortcuts(shortcuts) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     m_subscriptions.push_back(NotificationCenter::standard().observe(
         KeyboardShortcuts::shortcutByNameDidChange, [this](auto const&) { refresh(); }));
-    m_subscriptions.push_back(platform.keyboardLayout.observeChanges([this] { refresh(); }));
+    m_subscriptions.push_back(shortcuts.layout().observeChanges([this] { refresh(); }));
     refresh();
 }
 

@@ -10,14 +10,13 @@
 namespace taliro {
 
 class KeyboardShortcuts;
-struct Platform;
 
 /// The shortcut that shows and hides the browser, as key caps; empty and without width where there is none.
 class HotkeyCaps : public QWidget {
     Q_OBJECT
 
 public:
-    HotkeyCaps(Platform& platform, KeyboardShortcuts& shortcuts, QWidget* parent = nullptr);
+    explicit HotkeyCaps(KeyboardShortcuts& shortcuts, QWidget* parent = nullptr);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }

@@ -12,7 +12,7 @@ Shortcut const other(Key::f5, {});
 
 struct KeyboardShortcutsTest : ::testing::Test {
     FakePlatform fake;
-    KeyboardShortcuts shortcuts{fake.platform};
+    KeyboardShortcuts shortcuts{fake.userDefaults, fake.hotKeys, fake.keyboardLayout, fake.systemShortcuts};
     std::vector<std::string> changed; ///< names told by the notification
     Subscription observer = NotificationCenter::standard().observe(
         KeyboardShortcuts::shortcutByNameDidChange, [this](Notification const& notification) {
@@ -103,7 +103,7 @@ TEST_F(KeyboardShortcutsTest, AStoreEditedByHandNeverGrabsTyping) {
          }) {
         FakePlatform hand;
         hand.userDefaults.values[key] = stored;
-        KeyboardShortcuts edited{hand.platform};
+        KeyboardShortcuts edited(hand.userDefaults, hand.hotKeys, hand.keyboardLayout, hand.systemShortcuts);
         auto const output = printed([&] {
             auto const name = togglePicker(edited);
             EXPECT_EQ(edited.getShortcut(name).has_value(), isShortcut);

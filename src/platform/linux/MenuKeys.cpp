@@ -43,6 +43,8 @@ bool MenuKeys::eventFilter(QObject* receiver, QEvent* event) {
     if ((!isPress && event->type() != QEvent::KeyRelease) || !receiver->isWindowType())
         return false;
     auto const& key = static_cast<QKeyEvent const&>(*event);
+    if (key.key() == Qt::Key_Alt)
+        return true; // The menu would close before the rest of the combination comes.
     auto const code = m_layout.keyCode(key.nativeScanCode());
     if (!code)
         return false;
