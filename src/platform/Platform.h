@@ -3,10 +3,14 @@
 namespace taliro {
 
 class Alerts;
+class DirectSave;
 class DirectoryEvents;
+class Downloads;
 class FileManager;
+class ImageCodec;
 class LoginItems;
 class MainQueue;
+class NewFiles;
 class OpenRequests;
 class Screens;
 class StatusBar;
@@ -18,10 +22,14 @@ class Workspace;
 /// tests make one of stand-ins.
 struct Platform {
     Alerts& alerts;
+    DirectSave& directSave;
     DirectoryEvents& directoryEvents;
+    Downloads& downloads;
     FileManager& fileManager;
+    ImageCodec& imageCodec;
     LoginItems& loginItems;
     MainQueue& mainQueue;
+    NewFiles& newFiles;
     OpenRequests& openRequests;
     Screens& screens;
     StatusBar& statusBar;

@@ -1,9 +1,13 @@
 #pragma once
 
 #include "platform/Alerts.h"
+#include "platform/DirectSave.h"
 #include "platform/DirectoryEvents.h"
+#include "platform/Downloads.h"
 #include "platform/FileManager.h"
+#include "platform/ImageCodec.h"
 #include "platform/LoginItems.h"
+#include "platform/NewFiles.h"
 #include "platform/OpenRequests.h"
 #include "platform/Platform.h"
 #include "platform/Screens.h"
@@ -242,13 +246,79 @@ struct FakeWorkspace : Workspace {
     bool openPrivacySettings() override { return false; }
 };
 
+struct FakeDirectSave : DirectSave {
+    std::optional<std::string> name;
+    std::optional<Url> destination;
+    std::optional<std::string> promisedName() override { return name; }
+    void setDestination(Url const& url) override { destination = url; }
+};
+
+/// Downloads that go on when the test says so.
+struct FakeDownloads : Downloads {
+    struct FakeTask : Task {
+        FakeTask(FakeDownloads& owner, Url link, Url folder, Callbacks callbacks)
+            : owner(owner), link(std::move(link)), folder(std::move(folder)), callbacks(std::move(callbacks)) {
+            owner.tasks.push_back(this);
+        }
+        ~FakeTask() override { std::erase(owner.tasks, this); }
+        FakeDownloads& owner;
+        Url link;
+        Url folder;
+        Callbacks callbacks;
+    };
+    std::vector<FakeTask*> tasks; ///< those running
+    std::unique_ptr<Task> start(Url const& link, Url const& folder, Callbacks callbacks) override {
+        return std::make_unique<FakeTask>(*this, link, folder, std::move(callbacks));
+    }
+    /// Ends the oldest.
+    void end(std::optional<Downloaded> downloaded) {
+        auto const onEnd = tasks.front()->callbacks.onEnd;
+        onEnd(std::move(downloaded));
+    }
+};
+
+struct FakeImageCodec : ImageCodec {
+    std::optional<std::string> result; ///< what every picture becomes
+    std::optional<std::string> png(std::string_view) override { return result; }
+};
+
+/// Writes into the file system in memory.
+struct FakeNewFiles : NewFiles {
+    explicit FakeNewFiles(FakeFileManager& files) : files(files) {}
+    FakeFileManager& files;
+    std::vector<std::errc> failures; ///< of the next calls
+    std::vector<Url> discarded;
+    Result write(Url const& destination, std::string_view bytes) override {
+        if (!failures.empty())
+            return fail();
+        files.addFile(destination.path());
+        files.contentsOf[destination.path()] = bytes;
+        return {};
+    }
+    Result keep(Url const& temporary, Url const& destination) override {
+        return write(destination, files.contentsOf[temporary.path()]);
+    }
+    void discard(Url const& temporary) override { discarded.push_back(temporary); }
+
+private:
+    Result fail() {
+        auto const error = failures.front();
+        failures.erase(failures.begin());
+        return std::unexpected(error);
+    }
+};
+
 /// A desktop that the test holds in its hands: each service is a stand-in whose state is open.
 struct FakePlatform {
     FakeAlerts alerts;
+    FakeDirectSave directSave;
     FakeDirectoryEvents directoryEvents;
+    FakeDownloads downloads;
     FakeFileManager fileManager;
+    FakeImageCodec imageCodec;
     FakeLoginItems loginItems;
     HandQueue mainQueue;
+    FakeNewFiles newFiles{fileManager};
     FakeOpenRequests openRequests;
     FakeScreens screens;
     FakeStatusBar statusBar;
@@ -258,10 +328,14 @@ struct FakePlatform {
 
     Platform platform{
         .alerts = alerts,
+        .directSave = directSave,
         .directoryEvents = directoryEvents,
+        .downloads = downloads,
         .fileManager = fileManager,
+        .imageCodec = imageCodec,
         .loginItems = loginItems,
         .mainQueue = mainQueue,
+        .newFiles = newFiles,
         .openRequests = openRequests,
         .screens = screens,
         .statusBar = statusBar,
