@@ -5,6 +5,7 @@ namespace taliro {
 class Alerts;
 class DirectoryEvents;
 class FileManager;
+class FileOperations;
 class LoginItems;
 class MainQueue;
 class OpenRequests;
@@ -20,6 +21,7 @@ struct Platform {
     Alerts& alerts;
     DirectoryEvents& directoryEvents;
     FileManager& fileManager;
+    FileOperations& fileOperations;
     LoginItems& loginItems;
     MainQueue& mainQueue;
     OpenRequests& openRequests;
