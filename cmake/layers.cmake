@@ -1,8 +1,10 @@
+cmake_minimum_required(VERSION 3.25)
+
 # Fails when a file under SOURCE includes a header of a layer above its own, or a system call's where none belongs.
 
-set(faults "")
+set_property(GLOBAL PROPERTY faults "")
 set(models browsing sidebar dragdrop KeyboardShortcuts)
-set(syscalls "<(unistd|fcntl|dirent|poll|pwd|grp|spawn|dlfcn)\\.h>|<sys/|<linux/|<xcb/|<X11/|<xkbcommon/|<gio/|<glib")
+set(syscalls "<(unistd|fcntl|dirent|poll|pwd|grp|spawn|dlfcn)[.]h>|<sys/|<linux/|<xcb/|<X11/|<xkbcommon/|<gio/|<glib")
 
 function(files_of target folder out)
     file(STRINGS ${SOURCE}/${folder}/CMakeLists.txt lines)
@@ -21,16 +23,16 @@ function(files_of target folder out)
 endfunction()
 
 # Reports every include line of `file` that matches `pattern`.
-macro(forbid file pattern reason)
+function(forbid file pattern reason)
     if(EXISTS ${file})
         file(STRINGS ${file} includes REGEX "^ *# *include")
         foreach(include IN LISTS includes)
             if(include MATCHES "${pattern}")
-                list(APPEND faults "${file}: ${include}: ${reason}")
+                set_property(GLOBAL APPEND PROPERTY faults "${file}: ${include}: ${reason}")
             endif()
         endforeach()
     endif()
-endmacro()
+endfunction()
 
 file(GLOB foundation ${SOURCE}/foundation/*.h ${SOURCE}/foundation/*.cpp)
 foreach(file IN LISTS foundation)
@@ -62,6 +64,7 @@ foreach(folder IN LISTS models ITEMS app preferences views)
     endif()
 endforeach()
 
+get_property(faults GLOBAL PROPERTY faults)
 if(faults)
     list(JOIN faults "\n  " text)
     message(FATAL_ERROR "Layers broken:\n  ${text}")

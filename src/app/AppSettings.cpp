@@ -20,7 +20,8 @@ double storedSize(UserDefaults const& defaults, char const* key, double fallback
 
 } // namespace
 
-AppSettings::AppSettings(Platform& platform, BrowserState& browser) : m_platform(platform), m_browser(browser) {
+AppSettings::AppSettings(Platform& platform, BrowserState& browser)
+    : m_platform(platform), m_browser(browser) {
     auto const& defaults = platform.userDefaults;
     popoverMode = defaults.boolean("popoverMode");
     showInDock = defaults.boolean("showInDock");
@@ -42,10 +43,13 @@ AppSettings& AppSettings::shared() {
 bool AppSettings::loadStartAtLogin() const {
     switch (m_platform.loginItems.status()) {
     case LoginItemStatus::notRegistered:
-    case LoginItemStatus::notFound: return false;
+    case LoginItemStatus::notFound:
+        return false;
     case LoginItemStatus::enabled:
-    case LoginItemStatus::requiresApproval: return true;
-    case LoginItemStatus::unknown: break;
+    case LoginItemStatus::requiresApproval:
+        return true;
+    case LoginItemStatus::unknown:
+        break;
     }
     return m_platform.userDefaults.boolean("startAtLogin");
 }

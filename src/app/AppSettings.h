@@ -9,8 +9,8 @@ namespace taliro {
 class BrowserState;
 struct Platform;
 
-/// The user's preferences, stored the moment they change, and two layout flags that follow the browser's width.
-/// A popover needs the menu bar icon to hang from: turning one on or off keeps the other in step.
+/// The user's preferences, stored the moment they change, and two layout flags that follow the browser's
+/// width. A popover needs the menu bar icon to hang from: turning one on or off keeps the other in step.
 class AppSettings {
 public:
     AppSettings(Platform& platform, BrowserState& browser);

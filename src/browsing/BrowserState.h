@@ -21,7 +21,7 @@ public:
     Published<std::string> searchText;
     Published<SortKey> sortKey{SortKey::name};
     Published<bool> sortAscending{true};
-    Published<std::optional<Url>> selection;            ///< the item clicked or stepped to last
+    Published<std::optional<Url>> selection; ///< the item clicked or stepped to last
     Published<std::unordered_set<Url>> selectedURLs;
 
     std::vector<Url> const& backStack() const { return m_backStack; }       ///< the last is the most recent

@@ -53,11 +53,16 @@ struct OrderedRow {
 std::int64_t primaryOf(FileEntry const& entry, SortKey key, bool ascending) {
     switch (key) {
     // Folders come first in either direction.
-    case SortKey::name: return entry.isDirectory == ascending ? 0 : 1;
-    case SortKey::dateModified: return entry.modified.value_or(Date::min()).time_since_epoch().count();
-    case SortKey::dateAdded: return entry.added.value_or(Date::min()).time_since_epoch().count();
-    case SortKey::size: return entry.size.value_or(0);
-    case SortKey::kind: return 0;
+    case SortKey::name:
+        return entry.isDirectory == ascending ? 0 : 1;
+    case SortKey::dateModified:
+        return entry.modified.value_or(Date::min()).time_since_epoch().count();
+    case SortKey::dateAdded:
+        return entry.added.value_or(Date::min()).time_since_epoch().count();
+    case SortKey::size:
+        return entry.size.value_or(0);
+    case SortKey::kind:
+        return 0;
     }
     return 0;
 }

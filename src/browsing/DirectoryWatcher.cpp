@@ -8,11 +8,12 @@ using namespace std::chrono_literals;
 
 DirectoryWatcher::DirectoryWatcher(Platform& platform)
     : m_events(platform.directoryEvents), m_queue(platform.mainQueue) {
-    m_manualRefresh = NotificationCenter::standard().observe(taliroFolderDidChange, [this](Notification const& change) {
-        auto const* folder = std::any_cast<Url>(&change.object);
-        if (folder && m_watchedURL && folder->standardized() == m_watchedURL->standardized())
-            bump();
-    });
+    m_manualRefresh =
+        NotificationCenter::standard().observe(taliroFolderDidChange, [this](Notification const& change) {
+            auto const* folder = std::any_cast<Url>(&change.object);
+            if (folder && m_watchedURL && folder->standardized() == m_watchedURL->standardized())
+                bump();
+        });
 }
 
 DirectoryWatcher& DirectoryWatcher::shared() {

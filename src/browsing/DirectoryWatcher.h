@@ -16,8 +16,8 @@ struct Platform;
 /// Posted with the `Url` of a folder whose contents the application changed.
 inline constexpr char taliroFolderDidChange[] = "com.taliro.folderDidChange";
 
-/// Watches one folder and counts its changes. A burst within 30 ms counts twice: at its start and when the 30 ms are
-/// over. Changes that the application announces by `taliroFolderDidChange` count at once, each.
+/// Watches one folder and counts its changes. A burst within 30 ms counts twice: at its start and when the 30
+/// ms are over. Changes that the application announces by `taliroFolderDidChange` count at once, each.
 class DirectoryWatcher {
 public:
     explicit DirectoryWatcher(Platform& platform);

@@ -6,22 +6,32 @@ namespace taliro {
 
 std::string_view rawValue(SortKey key) {
     switch (key) {
-    case SortKey::name: return "name";
-    case SortKey::dateModified: return "dateModified";
-    case SortKey::dateAdded: return "dateAdded";
-    case SortKey::size: return "size";
-    case SortKey::kind: return "kind";
+    case SortKey::name:
+        return "name";
+    case SortKey::dateModified:
+        return "dateModified";
+    case SortKey::dateAdded:
+        return "dateAdded";
+    case SortKey::size:
+        return "size";
+    case SortKey::kind:
+        return "kind";
     }
     return {};
 }
 
 std::string_view title(SortKey key) {
     switch (key) {
-    case SortKey::name: return "Name";
-    case SortKey::dateModified: return "Date Modified";
-    case SortKey::dateAdded: return "Date Added";
-    case SortKey::size: return "Size";
-    case SortKey::kind: return "Kind";
+    case SortKey::name:
+        return "Name";
+    case SortKey::dateModified:
+        return "Date Modified";
+    case SortKey::dateAdded:
+        return "Date Added";
+    case SortKey::size:
+        return "Size";
+    case SortKey::kind:
+        return "Kind";
     }
     return {};
 }
@@ -35,9 +45,12 @@ std::optional<SortKey> sortKey(std::string_view raw) {
 
 std::string_view rawValue(ViewMode mode) {
     switch (mode) {
-    case ViewMode::icons: return "icons";
-    case ViewMode::list: return "list";
-    case ViewMode::columns: return "columns";
+    case ViewMode::icons:
+        return "icons";
+    case ViewMode::list:
+        return "list";
+    case ViewMode::columns:
+        return "columns";
     }
     return {};
 }
@@ -53,11 +66,16 @@ namespace {
 
 std::strong_ordering compareByKey(FileEntry const& a, FileEntry const& b, SortKey key) {
     switch (key) {
-    case SortKey::name: return std::strong_ordering::equal; // left to the tie-break
-    case SortKey::dateModified: return a.modified.value_or(Date::min()) <=> b.modified.value_or(Date::min());
-    case SortKey::dateAdded: return a.added.value_or(Date::min()) <=> b.added.value_or(Date::min());
-    case SortKey::size: return a.size.value_or(0) <=> b.size.value_or(0);
-    case SortKey::kind: return localizedCaseInsensitiveCompare(a.kind.value_or(""), b.kind.value_or(""));
+    case SortKey::name:
+        return std::strong_ordering::equal; // left to the tie-break
+    case SortKey::dateModified:
+        return a.modified.value_or(Date::min()) <=> b.modified.value_or(Date::min());
+    case SortKey::dateAdded:
+        return a.added.value_or(Date::min()) <=> b.added.value_or(Date::min());
+    case SortKey::size:
+        return a.size.value_or(0) <=> b.size.value_or(0);
+    case SortKey::kind:
+        return localizedCaseInsensitiveCompare(a.kind.value_or(""), b.kind.value_or(""));
     }
     return std::strong_ordering::equal;
 }
@@ -77,13 +95,17 @@ bool sortsBefore(FileEntry const& a, FileEntry const& b, SortKey key, bool ascen
 
 std::size_t std::hash<taliro::FileEntry>::operator()(taliro::FileEntry const& entry) const noexcept {
     std::size_t seed = 0;
-    auto mix = [&seed](std::size_t value) { seed ^= value + 0x9e3779b97f4a7c15ULL + (seed << 6) + (seed >> 2); };
+    auto mix = [&seed](std::size_t value) {
+        seed ^= value + 0x9e3779b97f4a7c15ULL + (seed << 6) + (seed >> 2);
+    };
     auto mixOptional = [&mix](auto const& optional, auto const& hashOf) {
         mix(optional ? 1 : 0);
         if (optional)
             mix(hashOf(*optional));
     };
-    auto dateHash = [](taliro::Date date) { return std::hash<std::int64_t>{}(date.time_since_epoch().count()); };
+    auto dateHash = [](taliro::Date date) {
+        return std::hash<std::int64_t>{}(date.time_since_epoch().count());
+    };
     mix(std::hash<taliro::Url>{}(entry.url));
     mix(entry.isDirectory ? 1 : 0);
     mixOptional(entry.modified, dateHash);

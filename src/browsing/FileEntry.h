@@ -16,10 +16,10 @@ namespace taliro {
 struct FileEntry {
     Url url;
     bool isDirectory = false;
-    std::optional<Date> modified;
-    std::optional<Date> added;
-    std::optional<std::int64_t> size; ///< bytes
-    std::optional<std::string> kind;  ///< localized description of the type
+    std::optional<Date> modified = std::nullopt;
+    std::optional<Date> added = std::nullopt;
+    std::optional<std::int64_t> size = std::nullopt; ///< bytes
+    std::optional<std::string> kind = std::nullopt;  ///< localized description of the type
 
     /// The name with its extension, in the file system's bytes.
     std::string name() const { return url.lastPathComponent(); }
@@ -28,8 +28,8 @@ struct FileEntry {
 };
 
 enum class SortKey { name, dateModified, dateAdded, size, kind };
-inline constexpr std::array allSortKeys{SortKey::name, SortKey::dateModified, SortKey::dateAdded, SortKey::size,
-                                        SortKey::kind};
+inline constexpr std::array allSortKeys{SortKey::name, SortKey::dateModified, SortKey::dateAdded,
+                                        SortKey::size, SortKey::kind};
 std::string_view rawValue(SortKey key);
 std::string_view title(SortKey key);
 std::optional<SortKey> sortKey(std::string_view rawValue);
@@ -39,8 +39,8 @@ inline constexpr std::array allViewModes{ViewMode::icons, ViewMode::list, ViewMo
 std::string_view rawValue(ViewMode mode);
 std::optional<ViewMode> viewMode(std::string_view rawValue);
 
-/// Whether `a` comes before `b`. Only the name key keeps folders on top, in both directions; ties of the other keys
-/// are broken by name in the same direction.
+/// Whether `a` comes before `b`. Only the name key keeps folders on top, in both directions; ties of the
+/// other keys are broken by name in the same direction.
 bool sortsBefore(FileEntry const& a, FileEntry const& b, SortKey key, bool ascending);
 
 } // namespace taliro

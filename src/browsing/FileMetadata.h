@@ -9,7 +9,8 @@ namespace taliro {
 
 struct Platform;
 
-/// What the inspector says of one item, each looked up afresh and worded in the user's locale; nothing where unknown.
+/// What the inspector says of one item, each looked up afresh and worded in the user's locale; nothing where
+/// unknown.
 struct FileMetadata {
     Url url;
 

@@ -22,7 +22,8 @@ public:
     static NotificationCenter& standard();
 
     void post(std::string_view name, std::any object = {}, std::map<std::string, std::any> userInfo = {});
-    [[nodiscard]] Subscription observe(std::string_view name, std::function<void(Notification const&)> observer);
+    [[nodiscard]] Subscription observe(std::string_view name,
+                                       std::function<void(Notification const&)> observer);
 
 private:
     std::map<std::string, Observers<Notification const&>, std::less<>> m_observers;

@@ -13,7 +13,8 @@ namespace taliro {
 /// Re-evaluates something once, in the next turn, after any number of changes to what it depends on.
 class Refresher {
 public:
-    Refresher(MainQueue& queue, std::function<void()> refresh) : m_queue(queue), m_refresh(std::move(refresh)) {}
+    Refresher(MainQueue& queue, std::function<void()> refresh)
+        : m_queue(queue), m_refresh(std::move(refresh)) {}
 
     template <typename T>
     void dependOn(Published<T>& property) {

@@ -23,10 +23,16 @@ std::string utf8(icu::UnicodeString const& text) {
     return bytes;
 }
 
+/// The POSIX locale orders by code point; people without a locale want the languages' common order all the same.
+icu::Locale collationLocale() {
+    auto const& locale = icu::Locale::getDefault();
+    return std::string_view(locale.getVariant()) == "POSIX" ? icu::Locale::getRoot() : locale;
+}
+
 /// Case differences are ignored, accents count: secondary strength.
 std::unique_ptr<icu::Collator> makeCollator() {
     UErrorCode status = U_ZERO_ERROR;
-    std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(icu::Locale::getDefault(), status));
+    std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(collationLocale(), status));
     if (U_FAILURE(status)) {
         status = U_ZERO_ERROR;
         collator.reset(icu::Collator::createInstance(icu::Locale::getRoot(), status));
@@ -65,8 +71,9 @@ std::string decimalText(double value, int fractionDigits) {
 
 std::strong_ordering localizedCaseInsensitiveCompare(std::string_view a, std::string_view b) {
     UErrorCode status = U_ZERO_ERROR;
-    auto const result = collator().compareUTF8(icu::StringPiece(a.data(), static_cast<int32_t>(a.size())),
-                                               icu::StringPiece(b.data(), static_cast<int32_t>(b.size())), status);
+    auto const result =
+        collator().compareUTF8(icu::StringPiece(a.data(), static_cast<int32_t>(a.size())),
+                               icu::StringPiece(b.data(), static_cast<int32_t>(b.size())), status);
     return static_cast<int>(result) <=> 0;
 }
 

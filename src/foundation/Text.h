@@ -21,8 +21,8 @@ std::string lowercased(std::string_view text);
 /// Whether the lowercased `text` contains `lowercasedPart` literally.
 bool containsLowercased(std::string_view text, std::string_view lowercasedPart);
 
-/// Bytes that order as `localizedCaseInsensitiveCompare` orders the texts: computed once a name, then compared
-/// cheaply. One writer a thread.
+/// Bytes that order as `localizedCaseInsensitiveCompare` orders the texts: computed once a name, then
+/// compared cheaply. One writer a thread.
 class SortKeyWriter {
 public:
     SortKeyWriter();

@@ -41,7 +41,8 @@ std::string percentDecoded(std::string_view text) {
     std::string bytes;
     bytes.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '%' && i + 2 < text.size() && hexValue(text[i + 1]) >= 0 && hexValue(text[i + 2]) >= 0) {
+        if (text[i] == '%' && i + 2 < text.size() && hexValue(text[i + 1]) >= 0 &&
+            hexValue(text[i + 2]) >= 0) {
             bytes += static_cast<char>(hexValue(text[i + 1]) * 16 + hexValue(text[i + 2]));
             i += 2;
         } else {
@@ -121,7 +122,8 @@ std::string Url::lastPathComponent() const {
 std::string Url::pathExtension() const {
     auto const name = lastPathComponent();
     auto const dot = name.rfind('.');
-    return dot == std::string::npos || dot == 0 || dot + 1 == name.size() ? std::string() : name.substr(dot + 1);
+    return dot == std::string::npos || dot == 0 || dot + 1 == name.size() ? std::string()
+                                                                          : name.substr(dot + 1);
 }
 
 Url Url::deletingLastPathComponent() const {

@@ -17,7 +17,8 @@ public:
     /// A file URL. A slash at the end of `path` makes it a folder's; repeated ones are dropped.
     static Url file(std::string_view path);
     static Url file(std::string_view path, bool isDirectory);
-    /// Reads `scheme://…` with percent escapes; an absolute path is taken as a file's. Nothing where it is neither.
+    /// Reads `scheme://…` with percent escapes; an absolute path is taken as a file's. Nothing where it is
+    /// neither.
     static std::optional<Url> parse(std::string_view text);
 
     std::string const& scheme() const { return m_scheme; }

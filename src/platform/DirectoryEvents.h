@@ -18,8 +18,8 @@ public:
     };
     virtual ~DirectoryEvents() = default;
 
-    /// `onEvent` is called on the main thread, once an event or burst of events, also when the folder itself goes
-    /// or events were lost. Fails where the folder can't be watched.
+    /// `onEvent` is called on the main thread, once an event or burst of events, also when the folder itself
+    /// goes or events were lost. Fails where the folder can't be watched.
     virtual std::expected<std::unique_ptr<Source>, std::errc> watch(Url const& folder,
                                                                     std::function<void()> onEvent) = 0;
 };

@@ -19,8 +19,9 @@ struct FileAttributes {
     bool isSymlink = false;
     std::int64_t size = 0;      ///< bytes of content; 0 for folders
     std::int64_t allocated = 0; ///< bytes taken on disk
-    std::optional<Date> modified;
-    std::optional<Date> added; ///< when the item came into its folder, as far as the file system knows
+    std::optional<Date> modified = std::nullopt;
+    std::optional<Date> added =
+        std::nullopt; ///< when the item came into its folder, as far as the file system knows
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
     bool operator==(FileAttributes const&) const = default;
@@ -29,7 +30,7 @@ struct FileAttributes {
 struct ListedItem {
     std::string name; ///< the file system's own bytes
     /// Absent where they could not be read.
-    std::optional<FileAttributes> attributes;
+    std::optional<FileAttributes> attributes = std::nullopt;
 };
 
 enum class Hidden { skip, include };

@@ -11,8 +11,8 @@ namespace taliro {
 class OpenRequests {
 public:
     virtual ~OpenRequests() = default;
-    /// `open` is called on the main thread with the requested places, `activate` where there are none. What came
-    /// before is delivered in the next turn.
+    /// `open` is called on the main thread with the requested places, `activate` where there are none. What
+    /// came before is delivered in the next turn.
     virtual void start(std::function<void(std::vector<Url>)> open, std::function<void()> activate) = 0;
 };
 

@@ -16,7 +16,8 @@ struct StatusMenuEntry {
     std::function<void()> action;
 };
 
-/// The program's item in the desktop's tray or, where there is no tray, in a strip of our own at the screen's top right.
+/// The program's item in the desktop's tray or, where there is no tray, in a strip of our own at the screen's
+/// top right.
 class StatusItem {
 public:
     virtual ~StatusItem() = default;
@@ -40,7 +41,8 @@ class StatusBar {
 public:
     virtual ~StatusBar() = default;
     /// `autosaveName` names the item to the desktop; `description` is its accessible name and tooltip.
-    virtual std::unique_ptr<StatusItem> makeItem(std::string const& autosaveName, std::string const& symbolName,
+    virtual std::unique_ptr<StatusItem> makeItem(std::string const& autosaveName,
+                                                 std::string const& symbolName,
                                                  std::string const& description) = 0;
 };
 

@@ -9,8 +9,8 @@
 
 namespace taliro {
 
-/// The user's stored settings: typed values under text keys. A value set is stored when the call returns, or the
-/// failure has been reported once on standard error and the value holds for this run.
+/// The user's stored settings: typed values under text keys. A value set is stored when the call returns, or
+/// the failure has been reported once on standard error and the value holds for this run.
 class UserDefaults {
 public:
     virtual ~UserDefaults() = default;

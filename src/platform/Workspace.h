@@ -7,8 +7,8 @@
 
 namespace taliro {
 
-/// Other programs: opening with them, showing in them. Every call returns at once; a failure that the user must
-/// know of is told by an alert.
+/// Other programs: opening with them, showing in them. Every call returns at once; a failure that the user
+/// must know of is told by an alert.
 class Workspace {
 public:
     virtual ~Workspace() = default;

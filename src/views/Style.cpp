@@ -20,7 +20,7 @@ namespace {
 constexpr int scrollBarWidth = 10;
 constexpr int sliderMinimum = 28;
 constexpr int menuRow = 24;
-constexpr int menuInset = 4;      ///< between a menu's edge and its highlight
+constexpr int menuEdge = 4;       ///< around a menu's rows, and what holds its round border
 constexpr int menuTextInset = 10; ///< between the highlight's edge and the text
 constexpr int menuIconColumn = 24;
 constexpr int menuArrowColumn = 20;
@@ -46,7 +46,7 @@ QSize menuItemSize(QStyleOptionMenuItem const& item) {
     if (item.menuItemType == QStyleOptionMenuItem::Separator)
         return {menuTextInset, 9};
     QFontMetrics const metrics(item.font);
-    auto width = 2 * (menuInset + menuTextInset) + metrics.horizontalAdvance(titleOf(item));
+    auto width = 2 * menuTextInset + metrics.horizontalAdvance(titleOf(item));
     if (hasIconColumn(item))
         width += menuIconColumn;
     if (item.menuItemType == QStyleOptionMenuItem::SubMenu)
@@ -75,12 +75,12 @@ void drawMenuItem(QPainter& painter, QStyleOptionMenuItem const& item) {
     auto const& c = colors();
     if (item.menuItemType == QStyleOptionMenuItem::Separator) {
         auto const y = item.rect.center().y();
-        painter.fillRect(item.rect.left() + menuInset + menuTextInset, y,
-                         item.rect.width() - 2 * (menuInset + menuTextInset), 1, c.line);
+        painter.fillRect(item.rect.left() + menuTextInset, y, item.rect.width() - 2 * menuTextInset, 1,
+                         c.line);
         return;
     }
     auto const selected = (item.state & QStyle::State_Selected) && (item.state & QStyle::State_Enabled);
-    auto const row = item.rect.adjusted(menuInset, 0, -menuInset, 0);
+    auto const& row = item.rect;
     if (selected)
         fillRounded(painter, row, 4, c.accent);
     auto text = row.adjusted(menuTextInset, 0, -menuTextInset, 0);
@@ -248,14 +248,13 @@ int Style::pixelMetric(PixelMetric metric, QStyleOption const* option, QWidget c
     case PM_ButtonShiftHorizontal:
     case PM_ButtonShiftVertical:
     case PM_MenuHMargin:
+    case PM_MenuVMargin:
     case PM_ButtonDefaultIndicator:
         return 0;
     case PM_ScrollBarSliderMin:
         return sliderMinimum;
     case PM_MenuPanelWidth:
-        return 1;
-    case PM_MenuVMargin:
-        return 3;
+        return menuEdge;
     case PM_SmallIconSize:
     case PM_ButtonIconSize:
     case PM_IndicatorWidth:

@@ -1,0 +1,115 @@
+#include "platform/linux/MimeTypeCatalog.h"
+
+#include <QImageReader>
+#include <QMimeDatabase>
+#include <mutex>
+
+namespace taliro {
+
+namespace {
+
+constexpr char folderKey[] = "/";
+/// A folder of files that all have extensions of their own must not fill the memory.
+constexpr std::size_t mostKnown = 4096;
+
+/// What decides a name's type: its extension, or two of them (`tar.gz`); the whole name where there is none,
+/// since some types are known by theirs (`Makefile`).
+std::string_view decisivePart(std::string_view name) {
+    auto const last = name.rfind('.');
+    if (last == std::string_view::npos || last == 0)
+        return name;
+    auto const before = name.rfind('.', last - 1);
+    // A second part that is long or holds a space is prose ("1. Introduction to.pdf"), not an extension.
+    if (before == std::string_view::npos || before == 0 || last - before > 5 ||
+        name.substr(before, last - before).find(' ') != std::string_view::npos)
+        return name.substr(last);
+    return name.substr(before);
+}
+
+std::string sentenceCased(QString text) {
+    if (!text.isEmpty())
+        text[0] = text[0].toUpper();
+    return text.toStdString();
+}
+
+} // namespace
+
+MimeTypeCatalog::MimeTypeCatalog() = default;
+MimeTypeCatalog::~MimeTypeCatalog() = default;
+
+MimeTypeCatalog::Known MimeTypeCatalog::lookUp(std::string_view name, bool isDirectory) const {
+    QMimeDatabase const database;
+    if (isDirectory)
+        return {"inode/directory",
+                sentenceCased(database.mimeTypeForName(QStringLiteral("inode/directory")).comment())};
+    // By the decisive part alone, so that every name that shares it has the same type.
+    auto const example = name.starts_with('.') ? "x" + std::string(name) : std::string(name);
+    auto const type =
+        database.mimeTypeForFile(QString::fromUtf8(example.data(), static_cast<qsizetype>(example.size())),
+                                 QMimeDatabase::MatchExtension);
+    if (type.isDefault())
+        return {"application/octet-stream", "Document"};
+    return {type.name().toStdString(), sentenceCased(type.comment())};
+}
+
+MimeTypeCatalog::Known const& MimeTypeCatalog::known(std::string_view name, bool isDirectory) {
+    auto const key = isDirectory ? std::string_view(folderKey) : decisivePart(name);
+    // Each thread remembers its last answer: neighbours in a folder are often of one type.
+    thread_local std::string lastKey;
+    thread_local Known const* lastKnown = nullptr;
+    thread_local MimeTypeCatalog const* lastCatalog = nullptr;
+    if (lastCatalog == this && lastKnown && lastKey == key)
+        return *lastKnown;
+
+    auto remember = [&](Known const& known) -> Known const& {
+        lastKey = key;
+        lastKnown = &known;
+        lastCatalog = this;
+        return known;
+    };
+    {
+        std::shared_lock const lock(m_mutex);
+        if (auto const found = m_known.find(key); found != m_known.end())
+            return remember(*found->second);
+        if (m_known.size() >= mostKnown) {
+            thread_local Known answer;
+            lastKnown = nullptr;
+            answer = lookUp(key, isDirectory);
+            return answer;
+        }
+    }
+    auto fresh = std::make_unique<Known const>(lookUp(key, isDirectory));
+    std::unique_lock const lock(m_mutex);
+    return remember(*m_known.try_emplace(std::string(key), std::move(fresh)).first->second);
+}
+
+std::string MimeTypeCatalog::mimeType(std::string_view name, bool isDirectory) {
+    return known(name, isDirectory).mimeType;
+}
+
+std::string MimeTypeCatalog::kind(std::string_view name, bool isDirectory) {
+    return known(name, isDirectory).kind;
+}
+
+std::string MimeTypeCatalog::iconName(std::string_view mimeType) {
+    auto const name = QString::fromUtf8(mimeType.data(), static_cast<qsizetype>(mimeType.size()));
+    return QMimeDatabase().mimeTypeForName(name).iconName().toStdString();
+}
+
+std::string MimeTypeCatalog::genericIconName(std::string_view mimeType) {
+    auto const name = QString::fromUtf8(mimeType.data(), static_cast<qsizetype>(mimeType.size()));
+    return QMimeDatabase().mimeTypeForName(name).genericIconName().toStdString();
+}
+
+PixelSize MimeTypeCatalog::pixelSize(Url const& file) {
+    // Qt decodes a name as UTF-8; one that isn't can only be reached through its bytes.
+    QImageReader reader(QFile::decodeName(file.path().c_str()));
+    auto size = reader.size();
+    if (!size.isValid())
+        return {};
+    if (reader.transformation() & QImageIOHandler::TransformationRotate90)
+        size.transpose();
+    return {size.width(), size.height()};
+}
+
+} // namespace taliro

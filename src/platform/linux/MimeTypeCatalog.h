@@ -1,0 +1,39 @@
+#pragma once
+
+#include "platform/TypeCatalog.h"
+
+#include <map>
+#include <memory>
+#include <shared_mutex>
+#include <unordered_map>
+
+namespace taliro {
+
+/// Types from the shared MIME database, by name alone. What an extension means is looked up once.
+class MimeTypeCatalog : public TypeCatalog {
+public:
+    MimeTypeCatalog();
+    ~MimeTypeCatalog() override;
+
+    std::string mimeType(std::string_view name, bool isDirectory) override;
+    std::string kind(std::string_view name, bool isDirectory) override;
+    std::string iconName(std::string_view mimeType) override;
+    std::string genericIconName(std::string_view mimeType) override;
+    PixelSize pixelSize(Url const& file) override;
+
+private:
+    struct Known {
+        std::string mimeType;
+        std::string kind;
+    };
+    Known const& known(std::string_view name, bool isDirectory);
+    Known lookUp(std::string_view name, bool isDirectory) const;
+
+    struct TextHash : std::hash<std::string_view> {
+        using is_transparent = void;
+    };
+    std::shared_mutex m_mutex;
+    std::unordered_map<std::string, std::unique_ptr<Known const>, TextHash, std::equal_to<>> m_known;
+};
+
+} // namespace taliro

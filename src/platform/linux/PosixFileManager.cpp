@@ -1,0 +1,210 @@
+#include "platform/linux/PosixFileManager.h"
+
+#include "platform/linux/FileDescriptor.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <future>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/sysmacros.h>
+#include <thread>
+#include <unistd.h>
+#include <unordered_set>
+
+namespace taliro {
+
+namespace {
+
+constexpr unsigned wantedFields =
+    STATX_TYPE | STATX_MODE | STATX_SIZE | STATX_BLOCKS | STATX_MTIME | STATX_BTIME | STATX_INO;
+
+/// As the kernel lays an entry out; see getdents64(2).
+struct RawEntry {
+    std::uint64_t inode;
+    std::int64_t offset;
+    std::uint16_t length;
+    unsigned char type;
+    char name[1];
+};
+
+std::errc lastError() {
+    return static_cast<std::errc>(errno);
+}
+
+Date dateOf(statx_timestamp const& stamp) {
+    return Date(std::chrono::seconds(stamp.tv_sec) + std::chrono::nanoseconds(stamp.tv_nsec));
+}
+
+FileAttributes attributesOf(struct statx const& status) {
+    FileAttributes known;
+    known.isDirectory = S_ISDIR(status.stx_mode);
+    known.isRegular = S_ISREG(status.stx_mode);
+    known.isSymlink = S_ISLNK(status.stx_mode);
+    known.size = known.isDirectory ? 0 : static_cast<std::int64_t>(status.stx_size);
+    known.allocated = static_cast<std::int64_t>(status.stx_blocks) * 512;
+    if (status.stx_mask & STATX_MTIME)
+        known.modified = dateOf(status.stx_mtime);
+    if (status.stx_mask & STATX_BTIME)
+        known.added = dateOf(status.stx_btime);
+    known.device = makedev(status.stx_dev_major, status.stx_dev_minor);
+    known.inode = status.stx_ino;
+    return known;
+}
+
+/// A link is described by what it leads to, and by itself where that can't be reached.
+std::optional<FileAttributes> readAttributes(int folder, char const* name) {
+    struct statx status {};
+    constexpr int flags = AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC;
+    if (::statx(folder, name, flags | AT_SYMLINK_NOFOLLOW, wantedFields, &status) != 0)
+        return std::nullopt;
+    auto known = attributesOf(status);
+    if (!known.isSymlink)
+        return known;
+    if (::statx(folder, name, flags, wantedFields, &status) == 0) {
+        known = attributesOf(status);
+        known.isSymlink = true;
+    }
+    return known;
+}
+
+std::expected<std::vector<ListedItem>, std::errc> readNames(int folder, Hidden hidden) {
+    std::vector<ListedItem> items;
+    std::vector<char> buffer(256 * 1024);
+    for (;;) {
+        auto const read = ::syscall(SYS_getdents64, folder, buffer.data(), buffer.size());
+        if (read < 0)
+            return std::unexpected(lastError());
+        if (read == 0)
+            return items;
+        for (long position = 0; position < read;) {
+            RawEntry entry;
+            auto const* start = buffer.data() + position;
+            std::memcpy(&entry, start, offsetof(RawEntry, name));
+            position += entry.length;
+            std::string_view const name = start + offsetof(RawEntry, name);
+            if (name == "." || name == ".." || (hidden == Hidden::skip && name.starts_with('.')))
+                continue;
+            items.push_back({std::string(name), std::nullopt});
+        }
+    }
+}
+
+std::optional<std::string> readBytes(int descriptor, std::size_t limit) {
+    std::string bytes;
+    std::array<char, 65536> buffer;
+    while (bytes.size() < limit) {
+        auto const wanted = std::min(buffer.size(), limit - bytes.size());
+        auto const count = ::read(descriptor, buffer.data(), wanted);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            return std::nullopt;
+        if (count == 0)
+            break;
+        bytes.append(buffer.data(), static_cast<std::size_t>(count));
+    }
+    return bytes;
+}
+
+/// Opened only if it is a plain file: opening a pipe or device can block or do things.
+FileDescriptor openRegular(int folder, char const* name) {
+    FileDescriptor file(::openat(folder, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    struct stat status {};
+    if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
+        return {};
+    return file;
+}
+
+/// Names that the folder's own `.hidden` file asks to hide, one a line.
+std::unordered_set<std::string> namesHiddenByList(int folder) {
+    std::unordered_set<std::string> names;
+    if (auto const list = openRegular(folder, ".hidden")) {
+        auto const text = readBytes(list.get(), 1024 * 1024).value_or("");
+        for (std::size_t start = 0; start < text.size();) {
+            auto const end = std::min(text.find('\n', start), text.size());
+            if (end > start)
+                names.insert(text.substr(start, end - start));
+            start = end + 1;
+        }
+    }
+    return names;
+}
+
+void readAllAttributes(int folder, std::vector<ListedItem>& items) {
+    auto read = [&](std::size_t begin, std::size_t end) {
+        for (std::size_t i = begin; i < end; ++i)
+            items[i].attributes = readAttributes(folder, items[i].name.c_str());
+    };
+    constexpr std::size_t splitFrom = 4000;
+    if (items.size() < splitFrom || std::thread::hardware_concurrency() < 2) {
+        read(0, items.size());
+        return;
+    }
+    auto const middle = items.size() / 2;
+    auto upper = std::async(std::launch::async, [&] { read(middle, items.size()); });
+    read(0, middle);
+    upper.get();
+}
+
+} // namespace
+
+std::expected<std::vector<ListedItem>, std::errc> PosixFileManager::contents(Url const& folder,
+                                                                             Hidden hidden) {
+    FileDescriptor const descriptor(::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!descriptor)
+        return std::unexpected(lastError());
+    auto items = readNames(descriptor.get(), hidden);
+    if (!items)
+        return items;
+    if (hidden == Hidden::skip) {
+        auto const listed = namesHiddenByList(descriptor.get());
+        if (!listed.empty())
+            std::erase_if(*items, [&](ListedItem const& item) { return listed.contains(item.name); });
+    }
+    readAllAttributes(descriptor.get(), *items);
+    return items;
+}
+
+std::optional<FileAttributes> PosixFileManager::attributes(Url const& item) {
+    return item.isFile() ? readAttributes(AT_FDCWD, item.path().c_str()) : std::nullopt;
+}
+
+bool PosixFileManager::exists(Url const& item) {
+    struct stat status {};
+    return item.isFile() && ::lstat(item.path().c_str(), &status) == 0;
+}
+
+bool PosixFileManager::isDirectory(Url const& item) {
+    struct stat status {};
+    return item.isFile() && ::stat(item.path().c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool PosixFileManager::isWritable(Url const& folder) {
+    return folder.isFile() && ::access(folder.path().c_str(), W_OK | X_OK) == 0;
+}
+
+std::expected<void, std::errc> PosixFileManager::createDirectory(Url const& folder) {
+    if (::mkdir(folder.path().c_str(), 0777) != 0)
+        return std::unexpected(lastError());
+    return {};
+}
+
+Url PosixFileManager::homeDirectory() {
+    if (char const* home = std::getenv("HOME"); home && home[0] == '/')
+        return Url::file(home, true).standardized().asDirectory();
+    if (auto const* user = ::getpwuid(::getuid()); user && user->pw_dir && user->pw_dir[0] == '/')
+        return Url::file(user->pw_dir, true);
+    return Url();
+}
+
+std::optional<std::string> PosixFileManager::readFile(Url const& file, std::size_t limit) {
+    auto const descriptor = openRegular(AT_FDCWD, file.path().c_str());
+    return descriptor ? readBytes(descriptor.get(), limit) : std::nullopt;
+}
+
+} // namespace taliro

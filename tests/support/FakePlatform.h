@@ -1,0 +1,274 @@
+#pragma once
+
+#include "platform/Alerts.h"
+#include "platform/DirectoryEvents.h"
+#include "platform/FileManager.h"
+#include "platform/LoginItems.h"
+#include "platform/OpenRequests.h"
+#include "platform/Platform.h"
+#include "platform/Screens.h"
+#include "platform/StatusBar.h"
+#include "platform/TypeCatalog.h"
+#include "platform/UserDefaults.h"
+#include "platform/Workspace.h"
+#include "support/HandQueue.h"
+
+#include <map>
+#include <set>
+
+namespace taliro::testing {
+
+struct FakeAlerts : Alerts {
+    std::vector<std::pair<std::string, std::string>> warnings;
+    int beeps = 0;
+    int answer = 0; ///< the button that questions are answered with
+    void warn(std::string const& message, std::string const& text) override {
+        warnings.emplace_back(message, text);
+    }
+    int ask(std::string const& message, std::string const& text, std::vector<std::string> const&) override {
+        warnings.emplace_back(message, text);
+        return answer;
+    }
+    void beep() override { ++beeps; }
+};
+
+struct FakeDirectoryEvents : DirectoryEvents {
+    struct FakeSource : Source {
+        FakeSource(FakeDirectoryEvents& owner, std::string path, std::function<void()> onEvent)
+            : owner(owner), path(std::move(path)), onEvent(std::move(onEvent)) {
+            owner.sources.insert(this);
+        }
+        ~FakeSource() override { owner.sources.erase(this); }
+        FakeDirectoryEvents& owner;
+        std::string path;
+        std::function<void()> onEvent;
+    };
+    std::set<FakeSource*> sources;
+    int watches = 0;   ///< how often a watch was asked for
+    bool fail = false; ///< as where no more watches are to be had
+
+    std::expected<std::unique_ptr<Source>, std::errc> watch(Url const& folder,
+                                                            std::function<void()> onEvent) override {
+        ++watches;
+        if (fail)
+            return std::unexpected(std::errc::no_space_on_device);
+        return std::make_unique<FakeSource>(*this, folder.path(), std::move(onEvent));
+    }
+    void change(std::string const& path) {
+        auto const current = sources;
+        for (auto* source : current)
+            if (sources.contains(source) && source->path == path)
+                source->onEvent();
+    }
+};
+
+/// A file system in memory: paths and what is known of them.
+struct FakeFileManager : FileManager {
+    std::map<std::string, FileAttributes> items{{"/", {.isDirectory = true}},
+                                                {"/home", {.isDirectory = true}},
+                                                {"/home/mira", {.isDirectory = true}}};
+    std::map<std::string, std::string> contentsOf; ///< bytes by path
+    std::set<std::string> unreadable;
+    std::errc createError{};
+    int listings = 0;
+
+    Url addFolder(std::string const& path, FileAttributes known = {}) {
+        known.isDirectory = true;
+        items[path] = known;
+        return Url::file(path, true);
+    }
+    Url addFile(std::string const& path, FileAttributes known = {.isRegular = true}) {
+        items[path] = known;
+        return Url::file(path, false);
+    }
+
+    std::expected<std::vector<ListedItem>, std::errc> contents(Url const& folder, Hidden hidden) override {
+        ++listings;
+        auto const path = folder.path();
+        auto const found = items.find(path);
+        if (found == items.end())
+            return std::unexpected(std::errc::no_such_file_or_directory);
+        if (!found->second.isDirectory)
+            return std::unexpected(std::errc::not_a_directory);
+        if (unreadable.contains(path))
+            return std::unexpected(std::errc::permission_denied);
+        std::vector<ListedItem> listed;
+        auto const prefix = path == "/" ? path : path + "/";
+        for (auto const& [item, known] : items) {
+            if (!item.starts_with(prefix) || item.size() == prefix.size())
+                continue;
+            auto name = item.substr(prefix.size());
+            if (name.find('/') != std::string::npos || (hidden == Hidden::skip && name.starts_with('.')))
+                continue;
+            listed.push_back(
+                {std::move(name), unreadable.contains(item) ? std::nullopt : std::optional(known)});
+        }
+        return listed;
+    }
+    std::optional<FileAttributes> attributes(Url const& item) override {
+        auto const found = items.find(item.path());
+        return found == items.end() || unreadable.contains(item.path()) ? std::nullopt
+                                                                        : std::optional(found->second);
+    }
+    bool exists(Url const& item) override { return item.isFile() && items.contains(item.path()); }
+    bool isDirectory(Url const& item) override {
+        auto const found = items.find(item.path());
+        return item.isFile() && found != items.end() && found->second.isDirectory;
+    }
+    bool isWritable(Url const& folder) override { return isDirectory(folder); }
+    std::expected<void, std::errc> createDirectory(Url const& folder) override {
+        if (createError != std::errc{})
+            return std::unexpected(createError);
+        if (exists(folder))
+            return std::unexpected(std::errc::file_exists);
+        addFolder(folder.path());
+        return {};
+    }
+    Url homeDirectory() override { return Url::file("/home/mira", true); }
+    std::optional<std::string> readFile(Url const& file, std::size_t limit) override {
+        auto const found = contentsOf.find(file.path());
+        return found == contentsOf.end() ? std::nullopt : std::optional(found->second.substr(0, limit));
+    }
+};
+
+struct FakeLoginItems : LoginItems {
+    LoginItemStatus current = LoginItemStatus::notRegistered;
+    std::string failure; ///< told instead of doing what was asked
+    int calls = 0;
+    LoginItemStatus status() override { return current; }
+    std::expected<void, std::string> registerItem() override { return change(LoginItemStatus::enabled); }
+    std::expected<void, std::string> unregisterItem() override {
+        return change(LoginItemStatus::notRegistered);
+    }
+
+private:
+    std::expected<void, std::string> change(LoginItemStatus to) {
+        ++calls;
+        if (!failure.empty())
+            return std::unexpected(failure);
+        current = to;
+        return {};
+    }
+};
+
+struct FakeOpenRequests : OpenRequests {
+    std::function<void(std::vector<Url>)> open;
+    std::function<void()> activate;
+    void start(std::function<void(std::vector<Url>)> onOpen, std::function<void()> onActivate) override {
+        open = std::move(onOpen);
+        activate = std::move(onActivate);
+    }
+};
+
+struct FakeScreens : Screens {
+    std::vector<ScreenInfo> screens{{{0, 0, 1440, 900}, {0, 24, 1440, 876}, true}};
+    Point mouse;
+    Observers<> observers;
+    std::vector<ScreenInfo> all() override { return screens; }
+    Point mouseLocation() override { return mouse; }
+    Subscription observeChanges(std::function<void()> observer) override {
+        return observers.add(std::move(observer));
+    }
+};
+
+struct FakeStatusItem : StatusItem {
+    bool visible = true;
+    std::optional<Rect> place = Rect{1200, 0, 24, 24};
+    std::vector<StatusMenuEntry> menu;
+    void setVisible(bool value) override { visible = value; }
+    std::optional<Rect> frame() override { return place; }
+    bool contains(Point point) override { return place && place->contains(point); }
+    void showMenu(std::vector<StatusMenuEntry> entries) override { menu = std::move(entries); }
+};
+
+struct FakeStatusBar : StatusBar {
+    FakeStatusItem* item = nullptr; ///< the one made last
+    std::unique_ptr<StatusItem> makeItem(std::string const&, std::string const&,
+                                         std::string const&) override {
+        auto made = std::make_unique<FakeStatusItem>();
+        item = made.get();
+        return made;
+    }
+};
+
+struct FakeTypeCatalog : TypeCatalog {
+    PixelSize pixels;
+    std::string mimeType(std::string_view name, bool isDirectory) override {
+        return isDirectory ? "inode/directory" : name.ends_with(".png") ? "image/png" : "text/plain";
+    }
+    std::string kind(std::string_view name, bool isDirectory) override {
+        auto const dot = name.rfind('.');
+        if (isDirectory)
+            return "Folder";
+        return dot == std::string_view::npos ? "Document" : std::string(name.substr(dot + 1)) + " document";
+    }
+    std::string iconName(std::string_view) override { return "text-plain"; }
+    std::string genericIconName(std::string_view) override { return "text-x-generic"; }
+    PixelSize pixelSize(Url const&) override { return pixels; }
+};
+
+struct FakeUserDefaults : UserDefaults {
+    PropertyValue::Dictionary values;
+    std::vector<std::string> writes; ///< keys in the order they were set or removed
+    std::optional<PropertyValue> object(std::string_view key) const override {
+        auto const found = values.find(key);
+        return found == values.end() ? std::nullopt : std::optional(found->second);
+    }
+    void set(std::string_view key, PropertyValue value) override {
+        writes.emplace_back(key);
+        values.insert_or_assign(std::string(key), std::move(value));
+    }
+    void remove(std::string_view key) override {
+        writes.emplace_back(key);
+        if (auto const found = values.find(key); found != values.end())
+            values.erase(found);
+    }
+};
+
+struct FakeWorkspace : Workspace {
+    std::vector<Url> opened;
+    std::vector<Url> revealed;
+    std::vector<Url> terminals;
+    bool canOpen = true;
+    bool open(Url const& item) override {
+        opened.push_back(item);
+        return canOpen;
+    }
+    void reveal(std::vector<Url> const& items) override { revealed = items; }
+    bool openTerminal(Url const& folder) override {
+        terminals.push_back(folder);
+        return canOpen;
+    }
+    bool openPrivacySettings() override { return false; }
+};
+
+/// A desktop that the test holds in its hands: each service is a stand-in whose state is open.
+struct FakePlatform {
+    FakeAlerts alerts;
+    FakeDirectoryEvents directoryEvents;
+    FakeFileManager fileManager;
+    FakeLoginItems loginItems;
+    HandQueue mainQueue;
+    FakeOpenRequests openRequests;
+    FakeScreens screens;
+    FakeStatusBar statusBar;
+    FakeTypeCatalog typeCatalog;
+    FakeUserDefaults userDefaults;
+    FakeWorkspace workspace;
+
+    Platform platform{
+        .alerts = alerts,
+        .directoryEvents = directoryEvents,
+        .fileManager = fileManager,
+        .loginItems = loginItems,
+        .mainQueue = mainQueue,
+        .openRequests = openRequests,
+        .screens = screens,
+        .statusBar = statusBar,
+        .typeCatalog = typeCatalog,
+        .userDefaults = userDefaults,
+        .workspace = workspace,
+    };
+};
+
+} // namespace taliro::testing
