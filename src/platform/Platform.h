@@ -8,6 +8,7 @@ class DirectoryEvents;
 class Downloads;
 class FileManager;
 class ImageCodec;
+class FileOperations;
 class LoginItems;
 class MainQueue;
 class NewFiles;
@@ -27,6 +28,7 @@ struct Platform {
     Downloads& downloads;
     FileManager& fileManager;
     ImageCodec& imageCodec;
+    FileOperations& fileOperations;
     LoginItems& loginItems;
     MainQueue& mainQueue;
     NewFiles& newFiles;
