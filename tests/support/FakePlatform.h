@@ -109,6 +109,16 @@ struct FakeFileManager : FileManager {
         }
         return listed;
     }
+    std::optional<std::vector<std::string>> subfolders(Url const& folder, Hidden hidden) override {
+        auto const listed = contents(folder, hidden);
+        if (!listed)
+            return std::nullopt;
+        std::vector<std::string> names;
+        for (auto const& item : *listed)
+            if (item.attributes && item.attributes->isDirectory)
+                names.push_back(item.name);
+        return names;
+    }
     std::optional<FileAttributes> attributes(Url const& item) override {
         auto const found = items.find(item.path());
         return found == items.end() || unreadable.contains(item.path()) ? std::nullopt
