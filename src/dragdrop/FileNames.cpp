@@ -39,9 +39,10 @@ std::string_view cutAtCharacter(std::string_view text, std::size_t limit) {
 /// Stem, ending and extension together in at most 255 bytes, at the stem's cost.
 std::string fitted(SplitName name, std::string_view ending) {
     auto const extension = name.extension.size() > 64 ? std::string_view() : name.extension;
-    auto const stem = extension.empty() ? std::string(name.stem) + std::string(name.extension) : std::string(name.stem);
-    return std::string(cutAtCharacter(stem, longestName - ending.size() - extension.size())) + std::string(ending) +
-           std::string(extension);
+    auto const stem =
+        extension.empty() ? std::string(name.stem) + std::string(name.extension) : std::string(name.stem);
+    return std::string(cutAtCharacter(stem, longestName - ending.size() - extension.size())) +
+           std::string(ending) + std::string(extension);
 }
 
 std::string lowercasedAscii(std::string_view text) {
@@ -128,7 +129,8 @@ std::optional<std::string> suggestedFileName(std::string_view contentDisposition
     if (found == parameters.end() || found->second.empty())
         return std::nullopt;
     // Many servers send UTF-8 or Latin-1 bytes, or percent escapes, where only ASCII is foreseen.
-    return textAsUtf8(found->second.find('%') == std::string::npos ? found->second : percentDecoded(found->second));
+    return textAsUtf8(found->second.find('%') == std::string::npos ? found->second
+                                                                   : percentDecoded(found->second));
 }
 
 std::optional<std::string> plainFileName(std::string_view name) {

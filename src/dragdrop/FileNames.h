@@ -21,11 +21,13 @@ Url uniqueDestination(FileManager& fileManager, std::string_view name, Url const
 /// RFC 5987), as written there. Nothing where it names none.
 std::optional<std::string> suggestedFileName(std::string_view contentDisposition);
 
-/// Someone else's name made harmless: only the part behind the last slash or backslash, no control characters, no dot
-/// in front, at most 255 bytes of valid UTF-8 with the extension kept. Nothing where nothing is left.
+/// Someone else's name made harmless: only the part behind the last slash or backslash, no control
+/// characters, no dot in front, at most 255 bytes of valid UTF-8 with the extension kept. Nothing where
+/// nothing is left.
 std::optional<std::string> plainFileName(std::string_view name);
 
-/// What the file downloaded from `link` is called: as the server suggests, else as the link says, else "download".
+/// What the file downloaded from `link` is called: as the server suggests, else as the link says, else
+/// "download".
 std::string downloadName(std::string_view contentDisposition, Url const& link);
 
 } // namespace taliro

@@ -95,7 +95,9 @@ std::string textAsUtf8(std::string_view bytes, std::string_view charset) {
         // Without a mark, UTF-16 comes in this machine's order or in the one that the bytes show.
         auto const plainUtf16 = charset == "utf-16" || charset == "iso-10646-ucs-2";
         auto const* const guess = plainUtf16 ? guessedEncoding(bytes) : nullptr;
-        auto const named = !guess ? std::string(charset) : guess[0] == 'U' && guess[4] == '1' ? guess : "UTF-16LE";
+        auto const named = !guess                               ? std::string(charset)
+                           : guess[0] == 'U' && guess[4] == '1' ? guess
+                                                                : "UTF-16LE";
         if (auto text = converted(bytes, named.c_str()))
             return withoutTrailingNuls(std::move(*text));
     }

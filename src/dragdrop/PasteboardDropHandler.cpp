@@ -4,6 +4,8 @@
 #include "dragdrop/FileDropHandler.h"
 #include "dragdrop/FileNames.h"
 #include "dragdrop/InAppDropLatch.h"
+#include "dragdrop/ProgressCenter.h"
+#include "dragdrop/ToastCenter.h"
 #include "foundation/NotificationCenter.h"
 #include "platform/Alerts.h"
 #include "platform/DirectSave.h"
@@ -11,8 +13,6 @@
 #include "platform/ImageCodec.h"
 #include "platform/NewFiles.h"
 #include "platform/Platform.h"
-#include "views/ProgressCenter.h"
-#include "views/ToastCenter.h"
 
 namespace taliro {
 
@@ -26,8 +26,8 @@ struct ImageFormat {
 
 /// In the order of preference.
 constexpr ImageFormat imageFormats[] = {
-    {"image/png", "png", false},   {"image/jpeg", "jpg", false}, {"image/jpg", "jpg", false},
-    {"image/tiff", "tiff", true},  {"image/bmp", "bmp", true},   {"image/x-bmp", "bmp", true},
+    {"image/png", "png", false},   {"image/jpeg", "jpg", false},  {"image/jpg", "jpg", false},
+    {"image/tiff", "tiff", true},  {"image/bmp", "bmp", true},    {"image/x-bmp", "bmp", true},
     {"image/heic", "heic", false}, {"image/heif", "heic", false},
 };
 
@@ -46,7 +46,11 @@ struct PasteboardDropHandler::Download {
 
 PasteboardDropHandler::PasteboardDropHandler(Platform& platform, FileDropHandler& files, ToastCenter& toasts,
                                              ProgressCenter& progress, std::function<Date()> clock)
-    : m_platform(platform), m_files(files), m_toasts(toasts), m_progress(progress), m_clock(std::move(clock)) {}
+    : m_platform(platform),
+      m_files(files),
+      m_toasts(toasts),
+      m_progress(progress),
+      m_clock(std::move(clock)) {}
 
 PasteboardDropHandler::~PasteboardDropHandler() = default;
 
@@ -59,8 +63,8 @@ PasteboardDropHandler& PasteboardDropHandler::shared() {
 
 bool PasteboardDropHandler::routeDrop(Pasteboard const& pasteboard, Url const& folder, bool copy) {
     InAppDropLatch::armed = true;
-    return takeFiles(pasteboard, folder, copy) || takeImage(pasteboard, folder) || takePromise(pasteboard, folder) ||
-           takeLink(pasteboard, folder) || takeText(pasteboard, folder);
+    return takeFiles(pasteboard, folder, copy) || takeImage(pasteboard, folder) ||
+           takePromise(pasteboard, folder) || takeLink(pasteboard, folder) || takeText(pasteboard, folder);
 }
 
 bool PasteboardDropHandler::takeFiles(Pasteboard const& pasteboard, Url const& folder, bool copy) {
@@ -143,13 +147,14 @@ bool PasteboardDropHandler::takeText(Pasteboard const& pasteboard, Url const& fo
     return false;
 }
 
-void PasteboardDropHandler::writeData(std::string_view bytes, std::string_view base, std::string_view extension,
-                                      Url const& folder) {
+void PasteboardDropHandler::writeData(std::string_view bytes, std::string_view base,
+                                      std::string_view extension, Url const& folder) {
     writeNamed(bytes, timeStampedName(base, m_clock(), extension), folder);
 }
 
 void PasteboardDropHandler::writeNamed(std::string_view bytes, std::string_view name, Url const& folder) {
-    saveAs(name, folder, [&](Url const& destination) { return m_platform.newFiles.write(destination, bytes); });
+    saveAs(name, folder,
+           [&](Url const& destination) { return m_platform.newFiles.write(destination, bytes); });
 }
 
 void PasteboardDropHandler::saveAs(std::string_view name, Url const& folder, Save const& save) {
@@ -182,7 +187,8 @@ void PasteboardDropHandler::downloadAndSave(Url const& link, Url const& folder) 
     place->task = m_platform.downloads.start(link, folder, std::move(callbacks));
 }
 
-void PasteboardDropHandler::keep(Downloads::Downloaded const& downloaded, Url const& link, Url const& folder) {
+void PasteboardDropHandler::keep(Downloads::Downloaded const& downloaded, Url const& link,
+                                 Url const& folder) {
     saveAs(downloadName(downloaded.contentDisposition, link), folder, [&](Url const& destination) {
         return m_platform.newFiles.keep(downloaded.temporary, destination);
     });
@@ -191,7 +197,8 @@ void PasteboardDropHandler::keep(Downloads::Downloaded const& downloaded, Url co
 
 void PasteboardDropHandler::announce(Url const& destination, Url const& folder) {
     NotificationCenter::standard().post(taliroFolderDidChange, folder);
-    m_toasts.show("Saved " + legible(destination.lastPathComponent()) + " to " + legible(folder.lastPathComponent()),
+    m_toasts.show("Saved " + legible(destination.lastPathComponent()) + " to " +
+                      legible(folder.lastPathComponent()),
                   ToastCenter::success);
 }
 

@@ -22,13 +22,14 @@ struct Platform;
 /// Takes every drop on the browser: files are moved or copied, and what else can be made a file becomes one.
 class PasteboardDropHandler {
 public:
-    PasteboardDropHandler(Platform& platform, FileDropHandler& files, ToastCenter& toasts, ProgressCenter& progress,
-                          std::function<Date()> clock = [] { return Date(std::chrono::system_clock::now()); });
+    PasteboardDropHandler(
+        Platform& platform, FileDropHandler& files, ToastCenter& toasts, ProgressCenter& progress,
+        std::function<Date()> clock = [] { return Date(std::chrono::system_clock::now()); });
     ~PasteboardDropHandler();
     static PasteboardDropHandler& shared();
 
-    /// Whether the drop was taken. The pasteboard is read before it returns; files are transferred in a later turn, so
-    /// that the source of the drag is free, one drop after the other.
+    /// Whether the drop was taken. The pasteboard is read before it returns; files are transferred in a later
+    /// turn, so that the source of the drag is free, one drop after the other.
     bool routeDrop(Pasteboard const& pasteboard, Url const& folder, bool copy);
 
 private:
@@ -43,7 +44,8 @@ private:
     bool takeText(Pasteboard const& pasteboard, Url const& folder);
 
     void transferFiles();
-    void writeData(std::string_view bytes, std::string_view base, std::string_view extension, Url const& folder);
+    void writeData(std::string_view bytes, std::string_view base, std::string_view extension,
+                   Url const& folder);
     void writeNamed(std::string_view bytes, std::string_view name, Url const& folder);
     void downloadAndSave(Url const& link, Url const& folder);
     void keep(Downloads::Downloaded const& downloaded, Url const& link, Url const& folder);

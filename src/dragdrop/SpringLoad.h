@@ -11,8 +11,8 @@ namespace taliro {
 /// Whether files can be dropped on `folder` at all: a folder of the file system, none of our own places.
 bool isDropTarget(Url const& folder);
 
-/// A folder row while a drag rests on it. After 0.75 s the row is the drop's target; after 0.5 s more (at once, where
-/// it has a single stage) it blinks for 0.2 s and opens.
+/// A folder row while a drag rests on it. After 0.75 s the row is the drop's target; after 0.5 s more (at
+/// once, where it has a single stage) it blinks for 0.2 s and opens.
 class SpringLoad {
 public:
     enum class Stage { idle, selected };
@@ -30,8 +30,8 @@ public:
     /// The drag came over `row`. Does nothing for a row that can't take drops.
     void enter(Row row);
     void exit();
-    /// The drag was let go: where the drop goes, nothing where it is refused. Before the first stage has passed that
-    /// is `currentFolder`, the one being shown.
+    /// The drag was let go: where the drop goes, nothing where it is refused. Before the first stage has
+    /// passed that is `currentFolder`, the one being shown.
     std::optional<Url> drop(Url const& currentFolder);
 
     bool isEntered() const { return m_row.has_value(); }

@@ -10,8 +10,8 @@ namespace taliro {
 /// A file that a drag's source promises to write itself where it is told to: the X Direct Save protocol.
 class DirectSave {
 public:
-    /// The format that a promising source offers. Its data asks the source to save, and answers "S" (saved), "F" (can't
-    /// get there: take the bytes instead) or "E".
+    /// The format that a promising source offers. Its data asks the source to save, and answers "S" (saved),
+    /// "F" (can't get there: take the bytes instead) or "E".
     static constexpr char format[] = "XdndDirectSave0";
 
     virtual ~DirectSave() = default;

@@ -8,8 +8,8 @@
 
 namespace taliro {
 
-/// Puts new files under their names. A file appears whole and safe on disk or not at all, and what is there already is
-/// never replaced: `file_exists` then.
+/// Puts new files under their names. A file appears whole and safe on disk or not at all, and what is there
+/// already is never replaced: `file_exists` then.
 class NewFiles {
 public:
     using Result = std::expected<void, std::errc>;

@@ -267,7 +267,10 @@ struct FakeDirectSave : DirectSave {
 struct FakeDownloads : Downloads {
     struct FakeTask : Task {
         FakeTask(FakeDownloads& owner, Url link, Url folder, Callbacks callbacks)
-            : owner(owner), link(std::move(link)), folder(std::move(folder)), callbacks(std::move(callbacks)) {
+            : owner(owner),
+              link(std::move(link)),
+              folder(std::move(folder)),
+              callbacks(std::move(callbacks)) {
             owner.tasks.push_back(this);
         }
         ~FakeTask() override { std::erase(owner.tasks, this); }

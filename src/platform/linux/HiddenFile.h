@@ -10,7 +10,8 @@
 
 namespace taliro {
 
-/// A file that is being made, under a hidden name of its own in its folder. It goes with its owner unless released.
+/// A file that is being made, under a hidden name of its own in its folder. It goes with its owner unless
+/// released.
 class HiddenFile {
 public:
     static std::expected<HiddenFile, std::errc> create(Url const& folder);

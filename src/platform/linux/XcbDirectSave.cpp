@@ -28,8 +28,8 @@ xcb_atom_t atom(xcb_connection_t* x, char const* name) {
 
 /// The drag's source owns the selection that the drag's data comes by.
 xcb_window_t dragSource(xcb_connection_t* x) {
-    auto const reply =
-        owned(xcb_get_selection_owner_reply(x, xcb_get_selection_owner(x, atom(x, "XdndSelection")), nullptr));
+    auto const reply = owned(
+        xcb_get_selection_owner_reply(x, xcb_get_selection_owner(x, atom(x, "XdndSelection")), nullptr));
     return reply ? reply->owner : XCB_WINDOW_NONE;
 }
 
@@ -41,7 +41,8 @@ std::optional<std::string> XcbDirectSave::promisedName() {
     if (source == XCB_WINDOW_NONE)
         return std::nullopt;
     constexpr std::uint32_t longestName = 1024; // in units of four bytes
-    auto const cookie = xcb_get_property(x, 0, source, atom(x, format), XCB_GET_PROPERTY_TYPE_ANY, 0, longestName);
+    auto const cookie =
+        xcb_get_property(x, 0, source, atom(x, format), XCB_GET_PROPERTY_TYPE_ANY, 0, longestName);
     auto const reply = owned(xcb_get_property_reply(x, cookie, nullptr));
     if (!reply || reply->format != 8 || xcb_get_property_value_length(reply.get()) <= 0)
         return std::nullopt;
