@@ -88,11 +88,9 @@ std::optional<Url> NewFolderCoordinator::commit(std::string_view name) {
     }
     auto const parent = *promptingIn.get();
     auto const folder = parent.appending(trimmed, true);
-    auto const made = trimmed.find('/') == std::string::npos
-                          ? m_platform.fileManager.createDirectory(folder)
-                          : std::expected<void, std::errc>(std::unexpected(std::errc::invalid_argument));
+    auto const made = make(folder, trimmed);
     if (!made) {
-        m_platform.alerts.warn("Couldn't create folder", description(made.error()));
+        m_platform.alerts.warn("Couldn't create folder", made.error());
         cancel();
         return std::nullopt;
     }
@@ -107,6 +105,14 @@ std::optional<Url> NewFolderCoordinator::commit(std::string_view name) {
     m_platform.mainQueue.async([&browser = m_browser, folder] { browser.selectSingle(folder); });
     cancel();
     return folder;
+}
+
+std::expected<void, std::string> NewFolderCoordinator::make(Url const& folder, std::string_view name) {
+    if (name.find('/') != std::string_view::npos)
+        return std::unexpected("A name can't contain “/”.");
+    if (auto const made = m_platform.fileManager.createDirectory(folder); !made)
+        return std::unexpected(description(made.error()));
+    return {};
 }
 
 void NewFolderCoordinator::moveItems(std::vector<Url> const& items, Url const& newFolder,

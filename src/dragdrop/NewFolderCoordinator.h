@@ -4,6 +4,7 @@
 #include "foundation/Published.h"
 #include "foundation/Url.h"
 
+#include <expected>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -42,6 +43,7 @@ public:
 private:
     void begin(Url const& folder, std::string_view baseName, std::vector<Url> items);
     std::string uniqueName(Url const& folder, std::string_view base);
+    std::expected<void, std::string> make(Url const& folder, std::string_view name);
     void moveItems(std::vector<Url> const& items, Url const& newFolder, std::vector<Url>& changed);
 
     Platform& m_platform;

@@ -19,11 +19,11 @@ class ProgressCenter {
 public:
     struct Card {
         std::uint64_t id = 0;
-        std::string title;
+        std::string title = {};
         std::int64_t bytesDone = 0;
-        std::optional<std::int64_t> bytesTotal;
-        std::optional<double> bytesPerSecond; ///< of the last few seconds
-        bool isCancelled = false;             ///< asked to stop, and about to
+        std::optional<std::int64_t> bytesTotal = {};
+        std::optional<double> bytesPerSecond = {}; ///< of the last few seconds
+        bool isCancelled = false;                  ///< asked to stop, and about to
 
         /// From 0 to 1; nothing while the total is unknown.
         std::optional<double> fraction() const;

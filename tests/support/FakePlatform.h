@@ -6,6 +6,7 @@
 #include "platform/Downloads.h"
 #include "platform/FileManager.h"
 #include "platform/ImageCodec.h"
+#include "platform/FileOperations.h"
 #include "platform/LoginItems.h"
 #include "platform/NewFiles.h"
 #include "platform/OpenRequests.h"
@@ -142,6 +143,53 @@ struct FakeFileManager : FileManager {
     std::optional<std::string> readFile(Url const& file, std::size_t limit) override {
         auto const found = contentsOf.find(file.path());
         return found == contentsOf.end() ? std::nullopt : std::optional(found->second.substr(0, limit));
+    }
+};
+
+/// Copies and moves within a `FakeFileManager`, at once.
+struct FakeFileOperations : FileOperations {
+    explicit FakeFileOperations(FakeFileManager& files) : files(files) {}
+
+    FakeFileManager& files;
+    std::vector<std::pair<std::string, std::string>> copies; ///< tried: from, to
+    std::vector<std::pair<std::string, std::string>> moves;
+    std::map<std::string, std::errc> failures;              ///< by the source's path
+    std::function<TransferAnswer(Report const&)> meanwhile; ///< what happens while the bytes are moved
+    bool leftoversRemoved = false;
+
+    Result copy(Url source, Url destination, Report report) override {
+        copies.emplace_back(source.path(), destination.path());
+        return transfer(source.path(), destination.path(), report, true);
+    }
+    Result move(Url source, Url destination, Report report) override {
+        moves.emplace_back(source.path(), destination.path());
+        return transfer(source.path(), destination.path(), report, false);
+    }
+    void removeLeftovers() override { leftoversRemoved = true; }
+
+private:
+    Result transfer(std::string const& from, std::string const& to, Report const& report, bool keep) {
+        if (meanwhile && meanwhile(report) == TransferAnswer::cancel)
+            return std::unexpected(std::errc::operation_canceled);
+        if (auto const failure = failures.find(from); failure != failures.end())
+            return std::unexpected(failure->second);
+        if (!files.items.contains(from))
+            return std::unexpected(std::errc::no_such_file_or_directory);
+        if (files.items.contains(to))
+            return std::unexpected(std::errc::file_exists);
+        auto const items = files.items;
+        for (auto const& [path, known] : items) {
+            if (path != from && !path.starts_with(from + "/"))
+                continue;
+            files.items[to + path.substr(from.size())] = known;
+            if (auto const bytes = files.contentsOf.find(path); bytes != files.contentsOf.end())
+                files.contentsOf[to + path.substr(from.size())] = bytes->second;
+            if (!keep) {
+                files.items.erase(path);
+                files.contentsOf.erase(path);
+            }
+        }
+        return {};
     }
 };
 
@@ -329,6 +377,7 @@ struct FakePlatform {
     FakeDownloads downloads;
     FakeFileManager fileManager;
     FakeImageCodec imageCodec;
+    FakeFileOperations fileOperations{fileManager};
     FakeLoginItems loginItems;
     HandQueue mainQueue;
     FakeNewFiles newFiles{fileManager};
@@ -346,6 +395,7 @@ struct FakePlatform {
         .downloads = downloads,
         .fileManager = fileManager,
         .imageCodec = imageCodec,
+        .fileOperations = fileOperations,
         .loginItems = loginItems,
         .mainQueue = mainQueue,
         .newFiles = newFiles,
