@@ -95,13 +95,16 @@ bool FileDragHost::mouseUp(QMouseEvent const& event) {
     m_pressedUrl.reset();
     if (!m_source.onClick)
         return false;
-    // Last: a click may destroy the surface, and this with it.
     if (wasDragging)
         return true;
-    if (m_isDoubleClick && m_source.onDoubleClick)
-        auto(m_source.onDoubleClick)(url);
-    else
-        auto(m_source.onClick)(url, event.modifiers());
+    // A copy: a click may destroy the surface, and this with it.
+    if (m_isDoubleClick && m_source.onDoubleClick) {
+        auto const onDoubleClick = m_source.onDoubleClick;
+        onDoubleClick(url);
+    } else {
+        auto const onClick = m_source.onClick;
+        onClick(url, event.modifiers());
+    }
     return true;
 }
 

@@ -106,7 +106,7 @@ void FileDropTarget::enterRow(FolderRow const& row) {
         {.folder = row.folder,
          .singleStage = m_places.singleStage,
          .parentTargeting = [this](bool targeted) { setTargeted(targeted && m_places.destination); },
-         .onOpen = [this, folder = row.folder] { auto(m_places.onOpen)(folder); },
+         .onOpen = [open = m_places.onOpen, folder = row.folder] { open(folder); },
          .onLookChanged = [this] { showRow(); }});
 }
 

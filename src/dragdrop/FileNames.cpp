@@ -45,6 +45,18 @@ std::string fitted(SplitName name, std::string_view ending) {
            std::string(ending) + std::string(extension);
 }
 
+void removeControlCharacters(std::string& utf8) {
+    std::erase_if(utf8, [](unsigned char c) { return c < 32 || c == 127; });
+    // U+0080 to U+009F are two bytes: C2 and themselves.
+    for (std::size_t i = 0; i + 1 < utf8.size();) {
+        auto const second = static_cast<unsigned char>(utf8[i + 1]);
+        if (utf8[i] == '\xC2' && second >= 0x80 && second <= 0x9F)
+            utf8.erase(i, 2);
+        else
+            ++i;
+    }
+}
+
 std::string lowercasedAscii(std::string_view text) {
     std::string lower(text);
     std::ranges::transform(lower, lower.begin(), [](unsigned char c) { return std::tolower(c); });
@@ -136,7 +148,7 @@ std::optional<std::string> suggestedFileName(std::string_view contentDisposition
 std::optional<std::string> plainFileName(std::string_view name) {
     name = name.substr(name.find_last_of("/\\") + 1);
     auto plain = isValidUtf8(name) ? std::string(name) : textAsUtf8(name);
-    std::erase_if(plain, [](unsigned char c) { return c < 32 || c == 127; });
+    removeControlCharacters(plain);
     auto const begin = plain.find_first_not_of(". \t");
     if (begin == std::string::npos)
         return std::nullopt;

@@ -128,7 +128,10 @@ namespace {
 class RefusedTask : public Downloads::Task {
 public:
     explicit RefusedTask(std::function<void(std::optional<Downloads::Downloaded>)> onEnd) {
-        QTimer::singleShot(0, &m_context, [onEnd = std::move(onEnd)] { auto(onEnd)(std::nullopt); });
+        QTimer::singleShot(0, &m_context, [onEnd = std::move(onEnd)] {
+            auto const end = onEnd; // which may destroy this and what it holds
+            end(std::nullopt);
+        });
     }
 
 private:

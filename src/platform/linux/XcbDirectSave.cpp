@@ -10,6 +10,9 @@ namespace taliro {
 
 namespace {
 
+constexpr xcb_atom_t noAtom = XCB_ATOM_NONE;
+constexpr xcb_window_t noWindow = XCB_WINDOW_NONE;
+
 template <typename T>
 std::unique_ptr<T, decltype(&std::free)> owned(T* reply) {
     return {reply, &std::free};
@@ -23,22 +26,22 @@ xcb_connection_t* connection() {
 xcb_atom_t atom(xcb_connection_t* x, char const* name) {
     auto const cookie = xcb_intern_atom(x, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
     auto const reply = owned(xcb_intern_atom_reply(x, cookie, nullptr));
-    return reply ? reply->atom : XCB_ATOM_NONE;
+    return reply ? reply->atom : noAtom;
 }
 
 /// The drag's source owns the selection that the drag's data comes by.
 xcb_window_t dragSource(xcb_connection_t* x) {
     auto const reply = owned(
         xcb_get_selection_owner_reply(x, xcb_get_selection_owner(x, atom(x, "XdndSelection")), nullptr));
-    return reply ? reply->owner : XCB_WINDOW_NONE;
+    return reply ? reply->owner : noWindow;
 }
 
 } // namespace
 
 std::optional<std::string> XcbDirectSave::promisedName() {
     auto* const x = connection();
-    auto const source = x ? dragSource(x) : XCB_WINDOW_NONE;
-    if (source == XCB_WINDOW_NONE)
+    auto const source = x ? dragSource(x) : noWindow;
+    if (source == noWindow)
         return std::nullopt;
     constexpr std::uint32_t longestName = 1024; // in units of four bytes
     auto const cookie =
@@ -52,8 +55,8 @@ std::optional<std::string> XcbDirectSave::promisedName() {
 
 void XcbDirectSave::setDestination(Url const& destination) {
     auto* const x = connection();
-    auto const source = x ? dragSource(x) : XCB_WINDOW_NONE;
-    if (source == XCB_WINDOW_NONE)
+    auto const source = x ? dragSource(x) : noWindow;
+    if (source == noWindow)
         return;
     auto const text = destination.absoluteString();
     xcb_change_property(x, XCB_PROP_MODE_REPLACE, source, atom(x, format), atom(x, "text/plain"), 8,
