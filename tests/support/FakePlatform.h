@@ -1,20 +1,28 @@
 #pragma once
 
 #include "platform/Alerts.h"
+#include "platform/Bookmarks.h"
+#include "platform/DesktopPlaces.h"
 #include "platform/DirectSave.h"
 #include "platform/DirectoryEvents.h"
 #include "platform/Downloads.h"
 #include "platform/FileManager.h"
-#include "platform/ImageCodec.h"
 #include "platform/FileOperations.h"
+#include "platform/ImageCodec.h"
 #include "platform/LoginItems.h"
+#include "platform/MetadataQuery.h"
 #include "platform/NewFiles.h"
 #include "platform/OpenRequests.h"
 #include "platform/Platform.h"
+#include "platform/PropertyLists.h"
 #include "platform/Screens.h"
+#include "platform/Shell.h"
+#include "platform/SoftwareUpdate.h"
+#include "platform/StandardFolders.h"
 #include "platform/StatusBar.h"
 #include "platform/TypeCatalog.h"
 #include "platform/UserDefaults.h"
+#include "platform/Volumes.h"
 #include "platform/Workspace.h"
 #include "support/HandQueue.h"
 
@@ -233,6 +241,44 @@ struct FakeScreens : Screens {
     }
 };
 
+struct FakeScriptInterpreter : ScriptInterpreter {
+    std::vector<std::string> sources;
+    std::expected<void, std::string> answer;
+    std::function<void()> effect; ///< what a script that runs does
+    std::expected<void, std::string> run(std::string const& source) override {
+        sources.push_back(source);
+        if (answer && effect)
+            effect();
+        return answer;
+    }
+};
+
+struct FakeShell : Shell {
+    std::vector<std::string> commands;
+    std::int32_t exitStatus = 0;
+    std::function<void()> effect; ///< what a command that succeeds does
+    std::map<std::string, std::string> links;
+    std::optional<std::string> tool = "/opt/Taliro/Resources/taliro";
+    std::int32_t runShell(std::string const& command) override {
+        commands.push_back(command);
+        if (exitStatus == 0 && effect)
+            effect();
+        return exitStatus;
+    }
+    std::string resolvingSymlinks(std::string const& path) override {
+        auto const found = links.find(path);
+        return found == links.end() ? path : resolvingSymlinks(found->second);
+    }
+    std::optional<std::string> bundledResource(std::string const&) override { return tool; }
+};
+
+struct FakeSoftwareUpdate : SoftwareUpdate {
+    int starts = 0;
+    int checks = 0;
+    void start() override { ++starts; }
+    void checkForUpdates() override { ++checks; }
+};
+
 struct FakeStatusItem : StatusItem {
     bool visible = true;
     std::optional<Rect> place = Rect{1200, 0, 24, 24};
@@ -369,6 +415,91 @@ private:
     }
 };
 
+/// Bookmarks that are the path itself, good as long as the item is there.
+struct FakeBookmarks : Bookmarks {
+    explicit FakeBookmarks(FakeFileManager& files) : files(files) {}
+    FakeFileManager& files;
+    std::map<std::string, std::string> renamed; ///< new paths by old
+    std::optional<Data> make(Url const& item) override {
+        return files.exists(item) ? std::optional(Data(item.path().begin(), item.path().end()))
+                                  : std::nullopt;
+    }
+    std::optional<Url> resolve(Data const& bookmark) override {
+        std::string path(bookmark.begin(), bookmark.end());
+        if (auto const found = renamed.find(path); found != renamed.end())
+            path = found->second;
+        auto url = Url::parse(path);
+        if (!url || (url->isFile() && !files.exists(*url)))
+            return std::nullopt;
+        return files.isDirectory(*url) ? url->asDirectory() : *url;
+    }
+};
+
+struct FakeDesktopPlaces : DesktopPlaces {
+    std::optional<std::vector<DesktopPlace>> places;
+    Observers<> observers;
+    std::optional<std::vector<DesktopPlace>> read() override { return places; }
+    Subscription observeChanges(std::function<void()> observer) override {
+        return observers.add(std::move(observer));
+    }
+};
+
+struct FakeMetadataQuery : MetadataQuery {
+    std::vector<MetadataItem> items;
+    Definition definition;
+    std::function<void()> onResults;
+    int starts = 0;
+    int disabled = 0;
+    void start(Definition asked, std::function<void()> callback) override {
+        ++starts;
+        definition = std::move(asked);
+        onResults = std::move(callback);
+    }
+    void disableUpdates() override { ++disabled; }
+    void enableUpdates() override { --disabled; }
+    std::vector<MetadataItem> const& results() const override { return items; }
+};
+
+/// Lists by the bytes that stand for them.
+struct FakePropertyLists : PropertyLists {
+    std::map<std::string, PropertyValue, std::less<>> lists;
+    std::optional<PropertyValue> parse(std::string_view bytes) override {
+        auto const found = lists.find(bytes);
+        return found == lists.end() ? std::nullopt : std::optional(found->second);
+    }
+};
+
+struct FakeStandardFolders : StandardFolders {
+    std::map<StandardFolder, Url> folders;
+    std::map<std::string, std::string> localizedNames; ///< by path
+    std::optional<Url> url(StandardFolder folder) override {
+        auto const found = folders.find(folder);
+        return found == folders.end() ? std::nullopt : std::optional(found->second);
+    }
+    std::optional<std::string> localizedName(Url const& folder) override {
+        auto const found = localizedNames.find(folder.path());
+        return found == localizedNames.end() ? std::nullopt : std::optional(found->second);
+    }
+};
+
+struct FakeVolumes : Volumes {
+    std::vector<Volume> volumes;
+    Observers<> observers;
+    std::vector<Url> ejected;
+    std::string failure; ///< told instead of ejecting
+    std::vector<Volume> mounted() override { return volumes; }
+    Subscription observeChanges(std::function<void()> observer) override {
+        return observers.add(std::move(observer));
+    }
+    void eject(Url const& mountPoint, Ejected done) override {
+        ejected.push_back(mountPoint);
+        if (failure.empty())
+            done({});
+        else
+            done(std::unexpected(failure));
+    }
+};
+
 /// A desktop that the test holds in its hands: each service is a stand-in whose state is open.
 struct FakePlatform {
     FakeAlerts alerts;
@@ -381,16 +512,29 @@ struct FakePlatform {
     FakeLoginItems loginItems;
     HandQueue mainQueue;
     FakeNewFiles newFiles{fileManager};
+    FakeBookmarks bookmarks{fileManager};
+    FakeDesktopPlaces desktopPlaces;
+    FakeLoginItems loginItems;
+    HandQueue mainQueue;
+    FakeMetadataQuery metadataQuery;
     FakeOpenRequests openRequests;
+    FakePropertyLists propertyLists;
     FakeScreens screens;
+    FakeScriptInterpreter scriptInterpreter;
+    FakeShell shell;
+    FakeSoftwareUpdate softwareUpdate;
+    FakeStandardFolders standardFolders;
     FakeStatusBar statusBar;
     FakeTypeCatalog typeCatalog;
     FakeUserDefaults userDefaults;
+    FakeVolumes volumes;
     FakeWorkspace workspace;
 
     Platform platform{
         .alerts = alerts,
         .directSave = directSave,
+        .bookmarks = bookmarks,
+        .desktopPlaces = desktopPlaces,
         .directoryEvents = directoryEvents,
         .downloads = downloads,
         .fileManager = fileManager,
@@ -399,11 +543,18 @@ struct FakePlatform {
         .loginItems = loginItems,
         .mainQueue = mainQueue,
         .newFiles = newFiles,
+        .metadataQuery = metadataQuery,
         .openRequests = openRequests,
+        .propertyLists = propertyLists,
         .screens = screens,
+        .scriptInterpreter = scriptInterpreter,
+        .shell = shell,
+        .softwareUpdate = softwareUpdate,
+        .standardFolders = standardFolders,
         .statusBar = statusBar,
         .typeCatalog = typeCatalog,
         .userDefaults = userDefaults,
+        .volumes = volumes,
         .workspace = workspace,
     };
 };
