@@ -47,31 +47,31 @@ struct FakeAlerts : Alerts {
 
 struct FakeDirectoryEvents : DirectoryEvents {
     struct FakeSource : Source {
-        FakeSource(FakeDirectoryEvents& owner, std::string path, std::function<void()> onEvent)
+        FakeSource(FakeDirectoryEvents& owner, std::string path, std::function<void(Changed const&)> onEvent)
             : owner(owner), path(std::move(path)), onEvent(std::move(onEvent)) {
             owner.sources.insert(this);
         }
         ~FakeSource() override { owner.sources.erase(this); }
         FakeDirectoryEvents& owner;
         std::string path;
-        std::function<void()> onEvent;
+        std::function<void(Changed const&)> onEvent;
     };
     std::set<FakeSource*> sources;
     int watches = 0;   ///< how often a watch was asked for
     bool fail = false; ///< as where no more watches are to be had
 
-    std::expected<std::unique_ptr<Source>, std::errc> watch(Url const& folder,
-                                                            std::function<void()> onEvent) override {
+    std::expected<std::unique_ptr<Source>, std::errc>
+    watch(Url const& folder, std::function<void(Changed const&)> onEvent) override {
         ++watches;
         if (fail)
             return std::unexpected(std::errc::no_space_on_device);
         return std::make_unique<FakeSource>(*this, folder.path(), std::move(onEvent));
     }
-    void change(std::string const& path) {
+    void change(std::string const& path, Changed const& names = std::nullopt) {
         auto const current = sources;
         for (auto* source : current)
             if (sources.contains(source) && source->path == path)
-                source->onEvent();
+                source->onEvent(names);
     }
 };
 
@@ -118,6 +118,14 @@ struct FakeFileManager : FileManager {
         }
         return listed;
     }
+    std::vector<ListedItem> items(Url const& folder, std::vector<std::string> const& names,
+                                  Hidden hidden) override {
+        std::vector<ListedItem> found;
+        for (auto const& name : names)
+            if (auto const item = folder.appending(name);
+                exists(item) && (hidden == Hidden::include || name[0] != '.'))
+                found.push_back({name, attributes(item)});
+        return found;
     std::optional<std::vector<std::string>> subfolders(Url const& folder, Hidden hidden) override {
         auto const listed = contents(folder, hidden);
         if (!listed)
