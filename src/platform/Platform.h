@@ -3,19 +3,21 @@
 namespace taliro {
 
 class Alerts;
-class DirectSave;
 class Bookmarks;
+class ColorScheme;
 class DesktopPlaces;
 class DirectoryEvents;
+class DirectSave;
 class Downloads;
 class FileManager;
-class ImageCodec;
 class FileOperations;
+class ImageCodec;
 class LoginItems;
 class MainQueue;
-class NewFiles;
 class MetadataQuery;
+class NewFiles;
 class OpenRequests;
+class PointerEvents;
 class PropertyLists;
 class Screens;
 class ScriptInterpreter;
@@ -26,25 +28,28 @@ class StatusBar;
 class TypeCatalog;
 class UserDefaults;
 class Volumes;
+class WindowManager;
 class Workspace;
 
 /// What the program needs of a desktop, one service a member. Made once in `main` and handed down;
 /// tests make one of stand-ins.
 struct Platform {
     Alerts& alerts;
-    DirectSave& directSave;
     Bookmarks& bookmarks;
+    ColorScheme& colorScheme;
     DesktopPlaces& desktopPlaces;
     DirectoryEvents& directoryEvents;
+    DirectSave& directSave;
     Downloads& downloads;
     FileManager& fileManager;
-    ImageCodec& imageCodec;
     FileOperations& fileOperations;
+    ImageCodec& imageCodec;
     LoginItems& loginItems;
     MainQueue& mainQueue;
-    NewFiles& newFiles;
     MetadataQuery& metadataQuery;
+    NewFiles& newFiles;
     OpenRequests& openRequests;
+    PointerEvents& pointerEvents;
     PropertyLists& propertyLists;
     Screens& screens;
     ScriptInterpreter& scriptInterpreter;
@@ -55,6 +60,7 @@ struct Platform {
     TypeCatalog& typeCatalog;
     UserDefaults& userDefaults;
     Volumes& volumes;
+    WindowManager& windowManager;
     Workspace& workspace;
 
     /// The platform that the process's shared objects stand on. `install` comes before their first use.

@@ -2,6 +2,7 @@
 
 #include "platform/Alerts.h"
 #include "platform/Bookmarks.h"
+#include "platform/ColorScheme.h"
 #include "platform/DesktopPlaces.h"
 #include "platform/DirectSave.h"
 #include "platform/DirectoryEvents.h"
@@ -14,6 +15,7 @@
 #include "platform/NewFiles.h"
 #include "platform/OpenRequests.h"
 #include "platform/Platform.h"
+#include "platform/PointerEvents.h"
 #include "platform/PropertyLists.h"
 #include "platform/Screens.h"
 #include "platform/Shell.h"
@@ -23,6 +25,7 @@
 #include "platform/TypeCatalog.h"
 #include "platform/UserDefaults.h"
 #include "platform/Volumes.h"
+#include "platform/WindowManager.h"
 #include "platform/Workspace.h"
 #include "support/HandQueue.h"
 
@@ -43,6 +46,15 @@ struct FakeAlerts : Alerts {
         return answer;
     }
     void beep() override { ++beeps; }
+};
+
+struct FakeColorScheme : ColorScheme {
+    bool dark = false;
+    Observers<bool> observers;
+    bool isDark() const override { return dark; }
+    Subscription observe(std::function<void(bool)> observer) override {
+        return observers.add(std::move(observer));
+    }
 };
 
 struct FakeDirectoryEvents : DirectoryEvents {
@@ -238,6 +250,13 @@ struct FakeOpenRequests : OpenRequests {
     }
 };
 
+struct FakePointerEvents : PointerEvents {
+    Observers<Point> presses;
+    Subscription observeGlobalMouseDown(std::function<void(Point)> observer) override {
+        return presses.add(std::move(observer));
+    }
+};
+
 struct FakeScreens : Screens {
     std::vector<ScreenInfo> screens{{{0, 0, 1440, 900}, {0, 24, 1440, 876}, true}};
     Point mouse;
@@ -338,6 +357,25 @@ struct FakeUserDefaults : UserDefaults {
         writes.emplace_back(key);
         if (auto const found = values.find(key); found != values.end())
             values.erase(found);
+    }
+};
+
+struct FakeWindowManager : WindowManager {
+    bool composited = false;
+    WindowId focused = 0;
+    Observers<> compositing;
+    Observers<> workspace;
+    void floatEverywhere(WindowId, Taskbar) override {}
+    void setTaskbar(WindowId, Taskbar) override {}
+    void focus(WindowId window) override { focused = window; }
+    void raise(WindowId) override {}
+    void setVisibleArea(WindowId, Rect, Size) override {}
+    bool isComposited() override { return composited; }
+    Subscription observeCompositing(std::function<void()> observer) override {
+        return compositing.add(std::move(observer));
+    }
+    Subscription observeWorkspace(std::function<void()> observer) override {
+        return workspace.add(std::move(observer));
     }
 };
 
@@ -511,21 +549,21 @@ struct FakeVolumes : Volumes {
 /// A desktop that the test holds in its hands: each service is a stand-in whose state is open.
 struct FakePlatform {
     FakeAlerts alerts;
-    FakeDirectSave directSave;
+    FakeBookmarks bookmarks{fileManager};
+    FakeColorScheme colorScheme;
+    FakeDesktopPlaces desktopPlaces;
     FakeDirectoryEvents directoryEvents;
+    FakeDirectSave directSave;
     FakeDownloads downloads;
     FakeFileManager fileManager;
-    FakeImageCodec imageCodec;
     FakeFileOperations fileOperations{fileManager};
-    FakeLoginItems loginItems;
-    HandQueue mainQueue;
-    FakeNewFiles newFiles{fileManager};
-    FakeBookmarks bookmarks{fileManager};
-    FakeDesktopPlaces desktopPlaces;
+    FakeImageCodec imageCodec;
     FakeLoginItems loginItems;
     HandQueue mainQueue;
     FakeMetadataQuery metadataQuery;
+    FakeNewFiles newFiles{fileManager};
     FakeOpenRequests openRequests;
+    FakePointerEvents pointerEvents;
     FakePropertyLists propertyLists;
     FakeScreens screens;
     FakeScriptInterpreter scriptInterpreter;
@@ -536,23 +574,26 @@ struct FakePlatform {
     FakeTypeCatalog typeCatalog;
     FakeUserDefaults userDefaults;
     FakeVolumes volumes;
+    FakeWindowManager windowManager;
     FakeWorkspace workspace;
 
     Platform platform{
         .alerts = alerts,
-        .directSave = directSave,
         .bookmarks = bookmarks,
+        .colorScheme = colorScheme,
         .desktopPlaces = desktopPlaces,
         .directoryEvents = directoryEvents,
+        .directSave = directSave,
         .downloads = downloads,
         .fileManager = fileManager,
-        .imageCodec = imageCodec,
         .fileOperations = fileOperations,
+        .imageCodec = imageCodec,
         .loginItems = loginItems,
         .mainQueue = mainQueue,
-        .newFiles = newFiles,
         .metadataQuery = metadataQuery,
+        .newFiles = newFiles,
         .openRequests = openRequests,
+        .pointerEvents = pointerEvents,
         .propertyLists = propertyLists,
         .screens = screens,
         .scriptInterpreter = scriptInterpreter,
@@ -563,6 +604,7 @@ struct FakePlatform {
         .typeCatalog = typeCatalog,
         .userDefaults = userDefaults,
         .volumes = volumes,
+        .windowManager = windowManager,
         .workspace = workspace,
     };
 };
