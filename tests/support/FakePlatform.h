@@ -8,6 +8,8 @@
 #include "platform/OpenRequests.h"
 #include "platform/Platform.h"
 #include "platform/Screens.h"
+#include "platform/Shell.h"
+#include "platform/SoftwareUpdate.h"
 #include "platform/StatusBar.h"
 #include "platform/TypeCatalog.h"
 #include "platform/UserDefaults.h"
@@ -105,6 +107,16 @@ struct FakeFileManager : FileManager {
                 {std::move(name), unreadable.contains(item) ? std::nullopt : std::optional(known)});
         }
         return listed;
+    }
+    std::optional<std::vector<std::string>> subfolders(Url const& folder, Hidden hidden) override {
+        auto const listed = contents(folder, hidden);
+        if (!listed)
+            return std::nullopt;
+        std::vector<std::string> names;
+        for (auto const& item : *listed)
+            if (item.attributes && item.attributes->isDirectory)
+                names.push_back(item.name);
+        return names;
     }
     std::optional<FileAttributes> attributes(Url const& item) override {
         auto const found = items.find(item.path());
@@ -219,6 +231,44 @@ struct FakeScreens : Screens {
     }
 };
 
+struct FakeScriptInterpreter : ScriptInterpreter {
+    std::vector<std::string> sources;
+    std::expected<void, std::string> answer;
+    std::function<void()> effect; ///< what a script that runs does
+    std::expected<void, std::string> run(std::string const& source) override {
+        sources.push_back(source);
+        if (answer && effect)
+            effect();
+        return answer;
+    }
+};
+
+struct FakeShell : Shell {
+    std::vector<std::string> commands;
+    std::int32_t exitStatus = 0;
+    std::function<void()> effect; ///< what a command that succeeds does
+    std::map<std::string, std::string> links;
+    std::optional<std::string> tool = "/opt/Taliro/Resources/taliro";
+    std::int32_t runShell(std::string const& command) override {
+        commands.push_back(command);
+        if (exitStatus == 0 && effect)
+            effect();
+        return exitStatus;
+    }
+    std::string resolvingSymlinks(std::string const& path) override {
+        auto const found = links.find(path);
+        return found == links.end() ? path : resolvingSymlinks(found->second);
+    }
+    std::optional<std::string> bundledResource(std::string const&) override { return tool; }
+};
+
+struct FakeSoftwareUpdate : SoftwareUpdate {
+    int starts = 0;
+    int checks = 0;
+    void start() override { ++starts; }
+    void checkForUpdates() override { ++checks; }
+};
+
 struct FakeStatusItem : StatusItem {
     bool visible = true;
     std::optional<Rect> place = Rect{1200, 0, 24, 24};
@@ -300,6 +350,9 @@ struct FakePlatform {
     HandQueue mainQueue;
     FakeOpenRequests openRequests;
     FakeScreens screens;
+    FakeScriptInterpreter scriptInterpreter;
+    FakeShell shell;
+    FakeSoftwareUpdate softwareUpdate;
     FakeStatusBar statusBar;
     FakeTypeCatalog typeCatalog;
     FakeUserDefaults userDefaults;
@@ -314,6 +367,9 @@ struct FakePlatform {
         .mainQueue = mainQueue,
         .openRequests = openRequests,
         .screens = screens,
+        .scriptInterpreter = scriptInterpreter,
+        .shell = shell,
+        .softwareUpdate = softwareUpdate,
         .statusBar = statusBar,
         .typeCatalog = typeCatalog,
         .userDefaults = userDefaults,
