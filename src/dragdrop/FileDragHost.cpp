@@ -1,45 +1,17 @@
 #include "dragdrop/FileDragHost.h"
 
 #include "dragdrop/FileDrag.h"
-#include "dragdrop/FileDragMime.h"
-#include "dragdrop/InAppDropLatch.h"
+#include "dragdrop/FileDragSession.h"
 #include "dragdrop/ItemContextMenu.h"
-#include "platform/Platform.h"
 
 #include <QContextMenuEvent>
-#include <QDrag>
 #include <QMenu>
 #include <QMouseEvent>
-#include <QPainter>
-#include <QPointer>
 #include <QWidget>
-#include <algorithm>
+#include <cmath>
+#include <utility>
 
 namespace taliro {
-
-namespace {
-
-constexpr int iconPoints = 48;
-constexpr int fanPoints = 4;          // each further icon lies this much right of and below the one before
-constexpr std::size_t mostIcons = 12; // more can't be told apart
-
-DragEnd dragEndOf(Qt::DropAction action) {
-    switch (action) {
-    case Qt::CopyAction:
-        return DragEnd::copied;
-    case Qt::LinkAction:
-        return DragEnd::linked;
-    case Qt::MoveAction:
-    case Qt::TargetMoveAction:
-        return DragEnd::moved;
-    case Qt::ActionMask:
-    case Qt::IgnoreAction:
-        return DragEnd::nothing;
-    }
-    return DragEnd::nothing;
-}
-
-} // namespace
 
 FileDragHost::FileDragHost(QWidget& surface, Source source, Platform& platform)
     : QObject(&surface), m_surface(surface), m_source(std::move(source)), m_platform(platform) {
@@ -81,7 +53,9 @@ bool FileDragHost::mouseDragged(QMouseEvent const& event) {
     auto const moved = event.position() - *m_mouseDownPoint;
     if (!m_dragging && std::hypot(moved.x(), moved.y()) > dragThreshold) {
         m_dragging = true;
-        beginDrag(*m_pressedUrl);
+        auto const& url = *m_pressedUrl;
+        startFileDrag(m_surface, url, m_source.urlsForDrag ? m_source.urlsForDrag(url) : std::vector<Url>(),
+                      m_platform);
     }
     return true;
 }
@@ -118,46 +92,6 @@ bool FileDragHost::showMenu(QContextMenuEvent const& event) {
     auto extra = m_source.extraMenuItems ? m_source.extraMenuItems(*url) : std::vector<MenuItem>();
     makeItemContextMenu(*url, std::move(extra), m_platform, &m_surface)->popup(event.globalPos());
     return true;
-}
-
-void FileDragHost::beginDrag(Url const& url) {
-    auto const leading = url;
-    auto urls =
-        draggedUrls(leading, m_source.urlsForDrag ? m_source.urlsForDrag(leading) : std::vector<Url>());
-    auto* const drag = new QDrag(&m_surface); // Qt deletes it
-    drag->setPixmap(fanOf(urls));
-    drag->setHotSpot({iconPoints / 2, iconPoints / 2});
-    drag->setMimeData(new FileDragMime(std::move(urls), m_platform));
-    InAppDropLatch::armed = false; // by a drag of another program, whose end we don't hear of
-
-    QPointer<FileDragHost> const alive(this);
-    auto& queue = m_platform.mainQueue;
-    auto const action = drag->exec(Qt::CopyAction | Qt::LinkAction | Qt::MoveAction, Qt::CopyAction);
-    fileDragEnded(leading, dragEndOf(action), queue);
-    if (!alive)
-        return;
-    // The drag took the release that would have ended the press.
-    m_mouseDownPoint.reset();
-    m_pressedUrl.reset();
-    m_dragging = false;
-}
-
-/// The first item's icon in front, the others fanned out behind it.
-QPixmap FileDragHost::fanOf(std::vector<Url> const& urls) const {
-    auto const count = std::min(urls.size(), mostIcons);
-    auto const side = iconPoints + fanPoints * static_cast<int>(count - 1);
-    auto const ratio = m_surface.devicePixelRatioF();
-    QPixmap fan(QSize(side, side) * ratio);
-    fan.setDevicePixelRatio(ratio);
-    fan.fill(Qt::transparent);
-    if (!m_source.icon)
-        return fan;
-    QPainter painter(&fan);
-    for (auto i = count; i-- > 0;) {
-        auto const offset = fanPoints * static_cast<int>(i);
-        painter.drawPixmap(QRect(offset, offset, iconPoints, iconPoints), m_source.icon(urls[i], iconPoints));
-    }
-    return fan;
 }
 
 } // namespace taliro

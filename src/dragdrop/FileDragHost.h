@@ -11,7 +11,6 @@
 
 class QContextMenuEvent;
 class QMouseEvent;
-class QPixmap;
 class QWidget;
 
 namespace taliro {
@@ -34,7 +33,6 @@ public:
         std::function<std::vector<MenuItem>(Url const&)> extraMenuItems;
         /// The item that the menu key means: the selected one. May be empty.
         std::function<std::optional<Url>()> selectedUrl;
-        std::function<QPixmap(Url const&, int points)> icon; ///< of an item, square
     };
 
     FileDragHost(QWidget& surface, Source source, Platform& platform);
@@ -47,8 +45,6 @@ private:
     bool mouseDragged(QMouseEvent const& event);
     bool mouseUp(QMouseEvent const& event);
     bool showMenu(QContextMenuEvent const& event);
-    void beginDrag(Url const& url);
-    QPixmap fanOf(std::vector<Url> const& urls) const;
 
     QWidget& m_surface;
     Source m_source;
