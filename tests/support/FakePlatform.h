@@ -16,12 +16,14 @@
 #include "platform/OpenRequests.h"
 #include "platform/Platform.h"
 #include "platform/PointerEvents.h"
+#include "platform/PreviewService.h"
 #include "platform/PropertyLists.h"
 #include "platform/Screens.h"
 #include "platform/Shell.h"
 #include "platform/SoftwareUpdate.h"
 #include "platform/StandardFolders.h"
 #include "platform/StatusBar.h"
+#include "platform/Thumbnailer.h"
 #include "platform/TypeCatalog.h"
 #include "platform/UserDefaults.h"
 #include "platform/Volumes.h"
@@ -546,6 +548,39 @@ struct FakeVolumes : Volumes {
     }
 };
 
+/// No previews at all.
+struct FakePreviews : PreviewService {
+    PreviewKind previewKind(Url const&, bool isDirectory) override {
+        return isDirectory ? PreviewKind::folder : PreviewKind::other;
+    }
+    Subscription page(PageRequest, std::function<void(std::optional<PagePicture>)>) override { return {}; }
+    Subscription text(Url const&, std::size_t, std::function<void(std::optional<TextPreview>)>) override {
+        return {};
+    }
+    Subscription summary(Url const&, std::function<void(ContentSummary const&)>) override { return {}; }
+};
+
+/// Thumbnails that come when the test says so.
+struct FakeThumbnailer : Thumbnailer {
+    struct Pending {
+        ThumbnailRequest request;
+        std::function<void(std::optional<Picture>)> completion;
+    };
+    std::map<int, Pending> pending; ///< by the order of the requests
+    int requests = 0;
+
+    Subscription request(ThumbnailRequest request,
+                         std::function<void(std::optional<Picture>)> completion) override {
+        auto const id = requests++;
+        pending.emplace(id, Pending{std::move(request), std::move(completion)});
+        return Subscription([this, id] { pending.erase(id); });
+    }
+    void answerAll(std::optional<Picture> const& picture) {
+        for (auto const& [id, asked] : std::exchange(pending, {}))
+            asked.completion(picture);
+    }
+};
+
 /// A desktop that the test holds in its hands: each service is a stand-in whose state is open.
 struct FakePlatform {
     FakeAlerts alerts;
@@ -564,6 +599,7 @@ struct FakePlatform {
     FakeNewFiles newFiles{fileManager};
     FakeOpenRequests openRequests;
     FakePointerEvents pointerEvents;
+    FakePreviews previews;
     FakePropertyLists propertyLists;
     FakeScreens screens;
     FakeScriptInterpreter scriptInterpreter;
@@ -571,6 +607,7 @@ struct FakePlatform {
     FakeSoftwareUpdate softwareUpdate;
     FakeStandardFolders standardFolders;
     FakeStatusBar statusBar;
+    FakeThumbnailer thumbnailer;
     FakeTypeCatalog typeCatalog;
     FakeUserDefaults userDefaults;
     FakeVolumes volumes;
@@ -594,6 +631,7 @@ struct FakePlatform {
         .newFiles = newFiles,
         .openRequests = openRequests,
         .pointerEvents = pointerEvents,
+        .previews = previews,
         .propertyLists = propertyLists,
         .screens = screens,
         .scriptInterpreter = scriptInterpreter,
@@ -601,6 +639,7 @@ struct FakePlatform {
         .softwareUpdate = softwareUpdate,
         .standardFolders = standardFolders,
         .statusBar = statusBar,
+        .thumbnailer = thumbnailer,
         .typeCatalog = typeCatalog,
         .userDefaults = userDefaults,
         .volumes = volumes,
