@@ -1,5 +1,7 @@
 #include "browsing/Rows.h"
 
+#include "browsing/SmartFolders.h"
+
 namespace taliro {
 
 Rows::Rows(Platform& platform, BrowserState& state, DirectoryWatcher& watcher,
@@ -7,7 +9,7 @@ Rows::Rows(Platform& platform, BrowserState& state, DirectoryWatcher& watcher,
     : m_state(state), m_recents(recents), m_folder(platform, watcher) {}
 
 RowList Rows::current() {
-    if (m_state.currentURL->scheme() == "taliro")
+    if (m_state.currentURL.get() == SmartFolders::recents())
         return RowList(m_recents.get()).filtered(m_state.searchText.get());
     return m_folder.rows(m_state.currentURL.get(),
                          {m_state.searchText.get(), m_state.sortKey.get(), m_state.sortAscending.get()});

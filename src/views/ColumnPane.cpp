@@ -31,7 +31,7 @@ ColumnPane::ColumnPane(Platform& platform, BrowserState& state, Url const& root,
     m_refresher.schedule();
 }
 
-void ColumnPane::show(Url const& root, std::string const& filter, std::optional<Url> const& selected) {
+void ColumnPane::present(Url const& root, std::string const& filter, std::optional<Url> const& selected) {
     bool const otherFolder = root != m_root;
     bool const otherRows = otherFolder || filter != m_filter;
     bool const otherSelection = selected != m_selected;

@@ -9,13 +9,13 @@ namespace taliro {
 /// One folder of the columns view.
 class ColumnPane : public RowsView {
 public:
-    static constexpr int width = 220;
+    static constexpr int paneWidth = 220;
 
     ColumnPane(Platform& platform, BrowserState& state, Url const& root, QWidget* parent);
 
     Url const& root() const { return m_root; }
     /// What the pane shows now: `root` under `filter`, with `selected` open in the next pane.
-    void show(Url const& root, std::string const& filter, std::optional<Url> const& selected);
+    void present(Url const& root, std::string const& filter, std::optional<Url> const& selected);
     /// The rows as they are at this moment, before they are painted.
     RowList const& currentRows();
 

@@ -13,7 +13,7 @@ namespace taliro {
 namespace {
 
 constexpr int scrollMilliseconds = 180;
-constexpr int pitch = ColumnPane::width + 1; ///< a pane and the line after it
+constexpr int pitch = ColumnPane::paneWidth + 1; ///< a pane and the line after it
 
 /// What the panes stand on; it draws the lines between them.
 class PaneRow : public QWidget {
@@ -93,8 +93,8 @@ void ColumnsView::syncPanes() {
     while (m_panes.size() < roots.size())
         addPane(roots[m_panes.size()]);
     for (std::size_t i = 0; i < m_panes.size(); ++i)
-        m_panes[i]->show(roots[i], m_chain.isDeepest(i) ? m_state.searchText.get() : std::string(),
-                         m_chain.selectionAt(i));
+        m_panes[i]->present(roots[i], m_chain.isDeepest(i) ? m_state.searchText.get() : std::string(),
+                            m_chain.selectionAt(i));
     setFocusProxy(m_panes[std::min(m_chain.activeColumnIndex(), m_panes.size() - 1)]);
     if (hadFocus)
         focusProxy()->setFocus();
@@ -113,7 +113,7 @@ RowList const& ColumnsView::deepestRows() {
 void ColumnsView::layOutPanes() {
     int const height = viewport()->height();
     for (std::size_t i = 0; i < m_panes.size(); ++i)
-        m_panes[i]->setGeometry(static_cast<int>(i) * pitch, 0, ColumnPane::width, height);
+        m_panes[i]->setGeometry(static_cast<int>(i) * pitch, 0, ColumnPane::paneWidth, height);
     widget()->resize(std::max(viewport()->width(), static_cast<int>(m_panes.size()) * pitch), height);
     widget()->update();
 }

@@ -1,6 +1,7 @@
 #include "views/FileBrowserView.h"
 
 #include "app/AppSettings.h"
+#include "browsing/RecentsStore.h"
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
 #include "views/BrowserKeys.h"
@@ -50,7 +51,7 @@ FileBrowserView::FileBrowserView(Platform& platform, BrowserState& state, Direct
       m_platform(platform),
       m_state(state),
       m_watcher(watcher),
-      m_rows(platform, state, watcher, m_recents),
+      m_recents(RecentsStore::shared()), m_rows(platform, state, watcher, m_recents.entries),
       m_goToPath(platform, state),
       m_showInspector(platform.userDefaults.boolean(showInspectorKey, true)),
       m_refresher(platform.mainQueue, [this] { refresh(); }) {
@@ -134,7 +135,7 @@ void FileBrowserView::observe() {
     m_refresher.dependOn(m_state.sortAscending);
     m_refresher.dependOn(m_state.selection);
     m_refresher.dependOn(m_watcher.tick);
-    m_refresher.dependOn(m_recents);
+    m_refresher.dependOn(m_recents.entries);
     connect(m_toolbar, &BrowserToolbar::focusFreed, this, [this] { focusContent(); });
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
         // Keys that are nobody's are the rows'. Deferred, since focus passes through nobody on its way.
@@ -147,10 +148,12 @@ void FileBrowserView::observe() {
 }
 
 void FileBrowserView::locationChanged(Url const& location) {
-    if (location.isFile())
-        m_watcher.watch(location);
-    else
+    if (location == SmartFolders::recents()) {
         m_watcher.stop();
+        m_recents.start();
+    } else {
+        m_watcher.watch(location);
+    }
 }
 
 void FileBrowserView::showEvent(QShowEvent* event) {
@@ -162,7 +165,7 @@ void FileBrowserView::showEvent(QShowEvent* event) {
 }
 
 FileBrowserView::Content FileBrowserView::wantedContent() const {
-    if (!m_state.currentURL->isFile())
+    if (m_state.currentURL.get() == SmartFolders::recents())
         return Content::list;
     switch (m_state.viewMode.get()) {
     case ViewMode::icons:
@@ -244,7 +247,7 @@ void FileBrowserView::refreshPathRow() {
     if (location.isFile())
         m_pathBar->setUrl(location);
     else
-        m_smartFolder->show(location, m_state.selection.get());
+        m_smartFolder->setLocation(location, m_state.selection.get());
     m_itemCount->setText(QString::fromStdString(itemCountLabel(itemCount())));
 }
 

@@ -20,6 +20,7 @@ class ColumnsView;
 class FileListView;
 class IconGridView;
 class PathBar;
+class RecentsStore;
 class SmartFolderLabel;
 struct Platform;
 
@@ -59,7 +60,7 @@ private:
     Platform& m_platform;
     BrowserState& m_state;
     DirectoryWatcher& m_watcher;
-    Published<std::vector<FileEntry>> m_recents;
+    RecentsStore& m_recents;
     Rows m_rows;
     GoToPath m_goToPath;
     Published<bool> m_showInspector;

@@ -14,7 +14,7 @@ namespace taliro {
 
 namespace {
 
-constexpr int height = 22;
+constexpr int barHeight = 22;
 constexpr int iconPoints = 14;
 constexpr int inset = 4;       ///< left and right within a component
 constexpr int iconGap = 5;     ///< between icon and name
@@ -42,7 +42,7 @@ protected:
         QPainter painter(this);
         if (isDown() || underMouse())
             fillRounded(painter, rect(), 4, isDown() ? colors().pressed : colors().hover);
-        QRect const icon(inset, (height - iconPoints) / 2, iconPoints, iconPoints);
+        QRect const icon(inset, (barHeight - iconPoints) / 2, iconPoints, iconPoints);
         if (isRoot())
             drawSymbol(painter, icon, "internaldrive", iconPoints, colors().text2);
         else
@@ -68,7 +68,7 @@ private:
 
 PathBar::PathBar(QWidget* parent) : QWidget(parent) {
     setAccessibleName(tr("Path"));
-    setFixedHeight(height);
+    setFixedHeight(barHeight);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
@@ -106,7 +106,7 @@ QSize PathBar::sizeHint() const {
     int width = 0;
     for (auto const* component : m_components)
         width += component->fullWidth() + chevronGap;
-    return {width, height};
+    return {width, barHeight};
 }
 
 /// Each component's width; 0 hides it.
@@ -144,7 +144,7 @@ void PathBar::layOut() {
     for (std::size_t i = 0; i < m_components.size(); ++i) {
         auto* component = m_components[i];
         component->setVisible(widths[i] > 0);
-        component->setGeometry(x, 0, widths[i], height);
+        component->setGeometry(x, 0, widths[i], barHeight);
         if (widths[i] > 0)
             x += widths[i] + chevronGap;
     }
@@ -155,7 +155,7 @@ void PathBar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     for (std::size_t i = 0; i + 1 < m_components.size(); ++i)
         if (m_components[i]->isVisible())
-            drawSymbol(painter, QRectF(m_components[i]->geometry().right() + 1, 0, chevronGap, height),
+            drawSymbol(painter, QRectF(m_components[i]->geometry().right() + 1, 0, chevronGap, barHeight),
                        "chevron.right", 9, colors().text3);
 }
 

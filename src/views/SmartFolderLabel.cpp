@@ -1,5 +1,6 @@
 #include "views/SmartFolderLabel.h"
 
+#include "browsing/SmartFolders.h"
 #include "views/Names.h"
 #include "views/Symbols.h"
 
@@ -13,8 +14,8 @@ SmartFolderLabel::SmartFolderLabel(QWidget* parent) : QWidget(parent) {
     setFixedHeight(22);
 }
 
-void SmartFolderLabel::show(Url const& location, std::optional<Url> const& selection) {
-    m_isRecents = location.path() == "///recents";
+void SmartFolderLabel::setLocation(Url const& location, std::optional<Url> const& selection) {
+    m_isRecents = location == SmartFolders::recents();
     m_selected = selection ? shownName(selection->lastPathComponent()) : QString();
     setAccessibleName(m_isRecents ? tr("Recents") : QString());
     setAccessibleDescription(m_selected);

@@ -14,7 +14,7 @@ class SmartFolderLabel : public QWidget {
 public:
     explicit SmartFolderLabel(QWidget* parent = nullptr);
 
-    void show(Url const& location, std::optional<Url> const& selection);
+    void setLocation(Url const& location, std::optional<Url> const& selection);
 
 protected:
     void paintEvent(QPaintEvent*) override;

@@ -8,7 +8,7 @@ namespace taliro {
 
 namespace {
 
-constexpr int width = 40;
+constexpr int buttonWidth = 40;
 constexpr int menuGap = 2;
 
 QString qstring(std::string_view text) {
@@ -19,7 +19,7 @@ QString qstring(std::string_view text) {
 
 SortMenuButton::SortMenuButton(BrowserState& state, int height, QWidget* parent)
     : ToolButton("arrow.up.arrow.down", tr("Sort"), 15, parent), m_state(state) {
-    setFixedSize(width, height);
+    setFixedSize(buttonWidth, height);
     setFrame(Frame::bordered);
     setTint(&Colors::text1);
     connect(this, &QToolButton::clicked, this, [this] { popUpMenu(); });

@@ -132,14 +132,15 @@ struct FakeFileManager : FileManager {
         }
         return listed;
     }
-    std::vector<ListedItem> items(Url const& folder, std::vector<std::string> const& names,
-                                  Hidden hidden) override {
+    std::vector<ListedItem> contents(Url const& folder, std::vector<std::string> const& names,
+                                     Hidden hidden) override {
         std::vector<ListedItem> found;
         for (auto const& name : names)
             if (auto const item = folder.appending(name);
                 exists(item) && (hidden == Hidden::include || name[0] != '.'))
                 found.push_back({name, attributes(item)});
         return found;
+    }
     std::optional<std::vector<std::string>> subfolders(Url const& folder, Hidden hidden) override {
         auto const listed = contents(folder, hidden);
         if (!listed)
