@@ -6,6 +6,7 @@
 #include "app/OpenRequest.h"
 #include "app/PickerPanel.h"
 #include "app/Popover.h"
+#include "app/Updater.h"
 #include "foundation/MainQueue.h"
 #include "foundation/NotificationCenter.h"
 #include "platform/OpenRequests.h"
@@ -22,6 +23,8 @@ AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching() {
     resetToFactoryDefaultsIfNeeded(m_platform.userDefaults, [] {});
+    Updater::shared();
+    AppCommands::shared().checkForUpdates = [] { Updater::shared().checkForUpdates(); };
     installStatusItem();
     observeNotifications();
     m_statusItem->setVisible(m_settings.showMenuBarIcon);

@@ -58,7 +58,7 @@ int run(CommandLine const& commandLine, int argc, char** argv) {
         QIcon::fromTheme(QStringLiteral("com.taliro.Taliro"), QIcon(":/files/folder.svg")));
     application.setQuitOnLastWindowClosed(false);
 
-    LinuxPlatform services;
+    LinuxPlatform services({QStringLiteral(TALIRO_VERSION), QStringLiteral(TALIRO_UPDATE_FEED)});
     if (!services.isOnlyInstance()) // Another start was quicker.
         return DBusOpenRequests::handOver(commandLine.urls) == DBusOpenRequests::HandOver::taken
                    ? EXIT_SUCCESS
