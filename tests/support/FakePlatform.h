@@ -91,9 +91,9 @@ struct FakeDirectoryEvents : DirectoryEvents {
 
 /// A file system in memory: paths and what is known of them.
 struct FakeFileManager : FileManager {
-    std::map<std::string, FileAttributes> items{{"/", {.isDirectory = true}},
-                                                {"/home", {.isDirectory = true}},
-                                                {"/home/mira", {.isDirectory = true}}};
+    std::map<std::string, FileAttributes> tree{{"/", {.isDirectory = true}},
+                                               {"/home", {.isDirectory = true}},
+                                               {"/home/mira", {.isDirectory = true}}};
     std::map<std::string, std::string> contentsOf; ///< bytes by path
     std::set<std::string> unreadable;
     std::errc createError{};
@@ -101,19 +101,19 @@ struct FakeFileManager : FileManager {
 
     Url addFolder(std::string const& path, FileAttributes known = {}) {
         known.isDirectory = true;
-        items[path] = known;
+        tree[path] = known;
         return Url::file(path, true);
     }
     Url addFile(std::string const& path, FileAttributes known = {.isRegular = true}) {
-        items[path] = known;
+        tree[path] = known;
         return Url::file(path, false);
     }
 
     std::expected<std::vector<ListedItem>, std::errc> contents(Url const& folder, Hidden hidden) override {
         ++listings;
         auto const path = folder.path();
-        auto const found = items.find(path);
-        if (found == items.end())
+        auto const found = tree.find(path);
+        if (found == tree.end())
             return std::unexpected(std::errc::no_such_file_or_directory);
         if (!found->second.isDirectory)
             return std::unexpected(std::errc::not_a_directory);
@@ -121,7 +121,7 @@ struct FakeFileManager : FileManager {
             return std::unexpected(std::errc::permission_denied);
         std::vector<ListedItem> listed;
         auto const prefix = path == "/" ? path : path + "/";
-        for (auto const& [item, known] : items) {
+        for (auto const& [item, known] : tree) {
             if (!item.starts_with(prefix) || item.size() == prefix.size())
                 continue;
             auto name = item.substr(prefix.size());
@@ -152,14 +152,14 @@ struct FakeFileManager : FileManager {
         return names;
     }
     std::optional<FileAttributes> attributes(Url const& item) override {
-        auto const found = items.find(item.path());
-        return found == items.end() || unreadable.contains(item.path()) ? std::nullopt
-                                                                        : std::optional(found->second);
+        auto const found = tree.find(item.path());
+        return found == tree.end() || unreadable.contains(item.path()) ? std::nullopt
+                                                                       : std::optional(found->second);
     }
-    bool exists(Url const& item) override { return item.isFile() && items.contains(item.path()); }
+    bool exists(Url const& item) override { return item.isFile() && tree.contains(item.path()); }
     bool isDirectory(Url const& item) override {
-        auto const found = items.find(item.path());
-        return item.isFile() && found != items.end() && found->second.isDirectory;
+        auto const found = tree.find(item.path());
+        return item.isFile() && found != tree.end() && found->second.isDirectory;
     }
     bool isWritable(Url const& folder) override { return isDirectory(folder); }
     std::expected<void, std::errc> createDirectory(Url const& folder) override {
