@@ -2,8 +2,21 @@
 
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QStandardPaths>
 
 namespace taliro {
+
+namespace {
+
+std::string rendererPath() {
+    return QCoreApplication::applicationDirPath().toStdString() + "/Resources/taliro-renderer";
+}
+
+std::string thumbnailFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation).toStdString() + "/thumbnails";
+}
+
+} // namespace
 
 LinuxPlatform::LinuxPlatform(Build const& build)
     : m_x(QGuiApplication::platformName() == QLatin1String("xcb") ? X11Connection::open() : nullptr),
@@ -11,6 +24,8 @@ LinuxPlatform::LinuxPlatform(Build const& build)
       m_pointerEvents(m_x.get()),
       m_shell(QCoreApplication::applicationDirPath().toStdString() + "/Resources"),
       m_statusBar(m_x.get(), m_pointerEvents),
+      m_previews(m_mainQueue, m_typeCatalog, rendererPath()),
+      m_thumbnailer(m_mainQueue, m_typeCatalog, {thumbnailFolder(), rendererPath()}),
       m_userDefaults(PlistUserDefaults::standardPath()),
       m_softwareUpdate(m_userDefaults, m_mainQueue, build.updateFeed, build.version),
       m_windowManager(m_x.get()),
@@ -20,12 +35,18 @@ LinuxPlatform::LinuxPlatform(Build const& build)
           .colorScheme = m_colorScheme,
           .desktopPlaces = m_desktopPlaces,
           .directoryEvents = m_directoryEvents,
+          .directSave = m_directSave,
+          .downloads = m_downloads,
           .fileManager = m_fileManager,
+          .fileOperations = m_fileOperations,
+          .imageCodec = m_imageCodec,
           .loginItems = m_loginItems,
           .mainQueue = m_mainQueue,
           .metadataQuery = m_metadataQuery,
+          .newFiles = m_newFiles,
           .openRequests = m_openRequests,
           .pointerEvents = m_pointerEvents,
+          .previews = m_previews,
           .propertyLists = m_propertyLists,
           .screens = m_screens,
           .scriptInterpreter = m_scriptInterpreter,
@@ -33,6 +54,7 @@ LinuxPlatform::LinuxPlatform(Build const& build)
           .softwareUpdate = m_softwareUpdate,
           .standardFolders = m_standardFolders,
           .statusBar = m_statusBar,
+          .thumbnailer = m_thumbnailer,
           .typeCatalog = m_typeCatalog,
           .userDefaults = m_userDefaults,
           .volumes = m_volumes,

@@ -3,22 +3,29 @@
 #include "platform/Platform.h"
 #include "platform/linux/Absent.h"
 #include "platform/linux/AutostartLoginItems.h"
+#include "platform/linux/BackgroundFileOperations.h"
 #include "platform/linux/DBusOpenRequests.h"
+#include "platform/linux/FilePreviews.h"
 #include "platform/linux/InotifyDirectoryEvents.h"
 #include "platform/linux/MimeTypeCatalog.h"
 #include "platform/linux/PlistPropertyLists.h"
 #include "platform/linux/PlistUserDefaults.h"
 #include "platform/linux/PortalColorScheme.h"
 #include "platform/linux/PosixFileManager.h"
+#include "platform/linux/PosixNewFiles.h"
 #include "platform/linux/PosixShell.h"
 #include "platform/linux/QtAlerts.h"
+#include "platform/linux/QtDownloads.h"
+#include "platform/linux/QtImageCodec.h"
 #include "platform/linux/QtMainQueue.h"
 #include "platform/linux/QtScreens.h"
 #include "platform/linux/QtSoftwareUpdate.h"
+#include "platform/linux/ThumbnailService.h"
 #include "platform/linux/TrayStatusBar.h"
 #include "platform/linux/X11Connection.h"
 #include "platform/linux/X11PointerEvents.h"
 #include "platform/linux/X11WindowManager.h"
+#include "platform/linux/XcbDirectSave.h"
 #include "platform/linux/XdgWorkspace.h"
 
 #include <memory>
@@ -48,9 +55,14 @@ private:
     PortalColorScheme m_colorScheme;
     AbsentDesktopPlaces m_desktopPlaces;
     InotifyDirectoryEvents m_directoryEvents;
+    XcbDirectSave m_directSave;
+    QtDownloads m_downloads;
     PosixFileManager m_fileManager;
+    BackgroundFileOperations m_fileOperations;
+    QtImageCodec m_imageCodec;
     AutostartLoginItems m_loginItems;
     AbsentMetadataQuery m_metadataQuery;
+    PosixNewFiles m_newFiles;
     DBusOpenRequests m_openRequests;
     X11PointerEvents m_pointerEvents;
     PlistPropertyLists m_propertyLists;
@@ -60,6 +72,8 @@ private:
     AbsentStandardFolders m_standardFolders;
     TrayStatusBar m_statusBar;
     MimeTypeCatalog m_typeCatalog;
+    FilePreviews m_previews;
+    ThumbnailService m_thumbnailer;
     PlistUserDefaults m_userDefaults;
     QtSoftwareUpdate m_softwareUpdate;
     AbsentVolumes m_volumes;

@@ -2,6 +2,7 @@
 
 #include "platform/linux/HiddenFile.h"
 
+#include <QNetworkAccessManager>
 #include <QNetworkProxyFactory>
 #include <QNetworkReply>
 #include <QNetworkRequest>

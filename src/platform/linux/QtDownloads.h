@@ -2,8 +2,9 @@
 
 #include "platform/Downloads.h"
 
-#include <QNetworkAccessManager>
 #include <chrono>
+
+class QNetworkAccessManager;
 
 namespace taliro {
 
