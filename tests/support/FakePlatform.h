@@ -50,15 +50,6 @@ struct FakeAlerts : Alerts {
     void beep() override { ++beeps; }
 };
 
-struct FakeColorScheme : ColorScheme {
-    bool dark = false;
-    Observers<bool> observers;
-    bool isDark() const override { return dark; }
-    Subscription observe(std::function<void(bool)> observer) override {
-        return observers.add(std::move(observer));
-    }
-};
-
 struct FakeDirectoryEvents : DirectoryEvents {
     struct FakeSource : Source {
         FakeSource(FakeDirectoryEvents& owner, std::string path, std::function<void(Changed const&)> onEvent)
@@ -253,13 +244,6 @@ struct FakeOpenRequests : OpenRequests {
     }
 };
 
-struct FakePointerEvents : PointerEvents {
-    Observers<Point> presses;
-    Subscription observeGlobalMouseDown(std::function<void(Point)> observer) override {
-        return presses.add(std::move(observer));
-    }
-};
-
 struct FakeScreens : Screens {
     std::vector<ScreenInfo> screens{{{0, 0, 1440, 900}, {0, 24, 1440, 876}, true}};
     Point mouse;
@@ -360,25 +344,6 @@ struct FakeUserDefaults : UserDefaults {
         writes.emplace_back(key);
         if (auto const found = values.find(key); found != values.end())
             values.erase(found);
-    }
-};
-
-struct FakeWindowManager : WindowManager {
-    bool composited = false;
-    WindowId focused = 0;
-    Observers<> compositing;
-    Observers<> workspace;
-    void floatEverywhere(WindowId, Taskbar) override {}
-    void setTaskbar(WindowId, Taskbar) override {}
-    void focus(WindowId window) override { focused = window; }
-    void raise(WindowId) override {}
-    void setVisibleArea(WindowId, Rect, Size) override {}
-    bool isComposited() override { return composited; }
-    Subscription observeCompositing(std::function<void()> observer) override {
-        return compositing.add(std::move(observer));
-    }
-    Subscription observeWorkspace(std::function<void()> observer) override {
-        return workspace.add(std::move(observer));
     }
 };
 
@@ -579,6 +544,41 @@ struct FakeThumbnailer : Thumbnailer {
     void answerAll(std::optional<Picture> const& picture) {
         for (auto const& [id, asked] : std::exchange(pending, {}))
             asked.completion(picture);
+    }
+};
+
+struct FakeColorScheme : ColorScheme {
+    bool dark = false;
+    Observers<bool> observers;
+    bool isDark() const override { return dark; }
+    Subscription observe(std::function<void(bool)> observer) override {
+        return observers.add(std::move(observer));
+    }
+};
+
+struct FakePointerEvents : PointerEvents {
+    Observers<Point> presses;
+    Subscription observeGlobalMouseDown(std::function<void(Point)> observer) override {
+        return presses.add(std::move(observer));
+    }
+};
+
+struct FakeWindowManager : WindowManager {
+    bool composited = false;
+    WindowId focused = 0;
+    Observers<> compositing;
+    Observers<> workspace;
+    void floatEverywhere(WindowId, Taskbar) override {}
+    void setTaskbar(WindowId, Taskbar) override {}
+    void focus(WindowId window) override { focused = window; }
+    void raise(WindowId) override {}
+    void setVisibleArea(WindowId, Rect, Size) override {}
+    bool isComposited() override { return composited; }
+    Subscription observeCompositing(std::function<void()> observer) override {
+        return compositing.add(std::move(observer));
+    }
+    Subscription observeWorkspace(std::function<void()> observer) override {
+        return workspace.add(std::move(observer));
     }
 };
 

@@ -8,12 +8,18 @@ namespace taliro {
 
 namespace {
 
-std::string rendererPath() {
-    return QCoreApplication::applicationDirPath().toStdString() + "/Resources/taliro-renderer";
+std::string resourcesFolder() {
+    return QCoreApplication::applicationDirPath().toStdString() + "/Resources";
 }
 
+std::string rendererPath() {
+    return resourcesFolder() + "/taliro-renderer";
+}
+
+/// Where the desktop's programs share their thumbnails.
 std::string thumbnailFolder() {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation).toStdString() + "/thumbnails";
+    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation).toStdString() +
+           "/thumbnails";
 }
 
 } // namespace
@@ -22,10 +28,11 @@ LinuxPlatform::LinuxPlatform(Build const& build)
     : m_x(QGuiApplication::platformName() == QLatin1String("xcb") ? X11Connection::open() : nullptr),
       m_loginItems(QCoreApplication::applicationFilePath().toStdString()),
       m_pointerEvents(m_x.get()),
-      m_shell(QCoreApplication::applicationDirPath().toStdString() + "/Resources"),
+      m_shell(resourcesFolder()),
       m_statusBar(m_x.get(), m_pointerEvents),
       m_previews(m_mainQueue, m_typeCatalog, rendererPath()),
-      m_thumbnailer(m_mainQueue, m_typeCatalog, {thumbnailFolder(), rendererPath()}),
+      m_thumbnailer(m_mainQueue, m_typeCatalog,
+                    {.storeFolder = thumbnailFolder(), .renderer = rendererPath()}),
       m_userDefaults(PlistUserDefaults::standardPath()),
       m_softwareUpdate(m_userDefaults, m_mainQueue, build.updateFeed, build.version),
       m_windowManager(m_x.get()),
