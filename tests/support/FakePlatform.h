@@ -1,18 +1,26 @@
 #pragma once
 
 #include "platform/Alerts.h"
+#include "platform/Bookmarks.h"
+#include "platform/DesktopPlaces.h"
 #include "platform/DirectoryEvents.h"
 #include "platform/FileManager.h"
 #include "platform/FileOperations.h"
 #include "platform/LoginItems.h"
+#include "platform/MetadataQuery.h"
 #include "platform/OpenRequests.h"
 #include "platform/Platform.h"
+#include "platform/PreviewService.h"
+#include "platform/PropertyLists.h"
 #include "platform/Screens.h"
 #include "platform/Shell.h"
 #include "platform/SoftwareUpdate.h"
+#include "platform/StandardFolders.h"
 #include "platform/StatusBar.h"
+#include "platform/Thumbnailer.h"
 #include "platform/TypeCatalog.h"
 #include "platform/UserDefaults.h"
+#include "platform/Volumes.h"
 #include "platform/Workspace.h"
 #include "support/HandQueue.h"
 
@@ -37,39 +45,39 @@ struct FakeAlerts : Alerts {
 
 struct FakeDirectoryEvents : DirectoryEvents {
     struct FakeSource : Source {
-        FakeSource(FakeDirectoryEvents& owner, std::string path, std::function<void()> onEvent)
+        FakeSource(FakeDirectoryEvents& owner, std::string path, std::function<void(Changed const&)> onEvent)
             : owner(owner), path(std::move(path)), onEvent(std::move(onEvent)) {
             owner.sources.insert(this);
         }
         ~FakeSource() override { owner.sources.erase(this); }
         FakeDirectoryEvents& owner;
         std::string path;
-        std::function<void()> onEvent;
+        std::function<void(Changed const&)> onEvent;
     };
     std::set<FakeSource*> sources;
     int watches = 0;   ///< how often a watch was asked for
     bool fail = false; ///< as where no more watches are to be had
 
-    std::expected<std::unique_ptr<Source>, std::errc> watch(Url const& folder,
-                                                            std::function<void()> onEvent) override {
+    std::expected<std::unique_ptr<Source>, std::errc>
+    watch(Url const& folder, std::function<void(Changed const&)> onEvent) override {
         ++watches;
         if (fail)
             return std::unexpected(std::errc::no_space_on_device);
         return std::make_unique<FakeSource>(*this, folder.path(), std::move(onEvent));
     }
-    void change(std::string const& path) {
+    void change(std::string const& path, Changed const& names = std::nullopt) {
         auto const current = sources;
         for (auto* source : current)
             if (sources.contains(source) && source->path == path)
-                source->onEvent();
+                source->onEvent(names);
     }
 };
 
 /// A file system in memory: paths and what is known of them.
 struct FakeFileManager : FileManager {
-    std::map<std::string, FileAttributes> items{{"/", {.isDirectory = true}},
-                                                {"/home", {.isDirectory = true}},
-                                                {"/home/mira", {.isDirectory = true}}};
+    std::map<std::string, FileAttributes> tree{{"/", {.isDirectory = true}},
+                                               {"/home", {.isDirectory = true}},
+                                               {"/home/mira", {.isDirectory = true}}};
     std::map<std::string, std::string> contentsOf; ///< bytes by path
     std::set<std::string> unreadable;
     std::errc createError{};
@@ -77,19 +85,19 @@ struct FakeFileManager : FileManager {
 
     Url addFolder(std::string const& path, FileAttributes known = {}) {
         known.isDirectory = true;
-        items[path] = known;
+        tree[path] = known;
         return Url::file(path, true);
     }
     Url addFile(std::string const& path, FileAttributes known = {.isRegular = true}) {
-        items[path] = known;
+        tree[path] = known;
         return Url::file(path, false);
     }
 
     std::expected<std::vector<ListedItem>, std::errc> contents(Url const& folder, Hidden hidden) override {
         ++listings;
         auto const path = folder.path();
-        auto const found = items.find(path);
-        if (found == items.end())
+        auto const found = tree.find(path);
+        if (found == tree.end())
             return std::unexpected(std::errc::no_such_file_or_directory);
         if (!found->second.isDirectory)
             return std::unexpected(std::errc::not_a_directory);
@@ -97,7 +105,7 @@ struct FakeFileManager : FileManager {
             return std::unexpected(std::errc::permission_denied);
         std::vector<ListedItem> listed;
         auto const prefix = path == "/" ? path : path + "/";
-        for (auto const& [item, known] : items) {
+        for (auto const& [item, known] : tree) {
             if (!item.starts_with(prefix) || item.size() == prefix.size())
                 continue;
             auto name = item.substr(prefix.size());
@@ -107,6 +115,15 @@ struct FakeFileManager : FileManager {
                 {std::move(name), unreadable.contains(item) ? std::nullopt : std::optional(known)});
         }
         return listed;
+    }
+    std::vector<ListedItem> items(Url const& folder, std::vector<std::string> const& names,
+                                  Hidden hidden) override {
+        std::vector<ListedItem> found;
+        for (auto const& name : names)
+            if (auto const item = folder.appending(name);
+                exists(item) && (hidden == Hidden::include || name[0] != '.'))
+                found.push_back({name, attributes(item)});
+        return found;
     }
     std::optional<std::vector<std::string>> subfolders(Url const& folder, Hidden hidden) override {
         auto const listed = contents(folder, hidden);
@@ -119,14 +136,14 @@ struct FakeFileManager : FileManager {
         return names;
     }
     std::optional<FileAttributes> attributes(Url const& item) override {
-        auto const found = items.find(item.path());
-        return found == items.end() || unreadable.contains(item.path()) ? std::nullopt
-                                                                        : std::optional(found->second);
+        auto const found = tree.find(item.path());
+        return found == tree.end() || unreadable.contains(item.path()) ? std::nullopt
+                                                                       : std::optional(found->second);
     }
-    bool exists(Url const& item) override { return item.isFile() && items.contains(item.path()); }
+    bool exists(Url const& item) override { return item.isFile() && tree.contains(item.path()); }
     bool isDirectory(Url const& item) override {
-        auto const found = items.find(item.path());
-        return item.isFile() && found != items.end() && found->second.isDirectory;
+        auto const found = tree.find(item.path());
+        return item.isFile() && found != tree.end() && found->second.isDirectory;
     }
     bool isWritable(Url const& folder) override { return isDirectory(folder); }
     std::expected<void, std::errc> createDirectory(Url const& folder) override {
@@ -340,39 +357,173 @@ struct FakeWorkspace : Workspace {
     bool openPrivacySettings() override { return false; }
 };
 
+/// Bookmarks that are the path itself, good as long as the item is there.
+struct FakeBookmarks : Bookmarks {
+    explicit FakeBookmarks(FakeFileManager& files) : files(files) {}
+    FakeFileManager& files;
+    std::map<std::string, std::string> renamed; ///< new paths by old
+    std::optional<Data> make(Url const& item) override {
+        return files.exists(item) ? std::optional(Data(item.path().begin(), item.path().end()))
+                                  : std::nullopt;
+    }
+    std::optional<Url> resolve(Data const& bookmark) override {
+        std::string path(bookmark.begin(), bookmark.end());
+        if (auto const found = renamed.find(path); found != renamed.end())
+            path = found->second;
+        auto url = Url::parse(path);
+        if (!url || (url->isFile() && !files.exists(*url)))
+            return std::nullopt;
+        return files.isDirectory(*url) ? url->asDirectory() : *url;
+    }
+};
+
+struct FakeDesktopPlaces : DesktopPlaces {
+    std::optional<std::vector<DesktopPlace>> places;
+    Observers<> observers;
+    std::optional<std::vector<DesktopPlace>> read() override { return places; }
+    Subscription observeChanges(std::function<void()> observer) override {
+        return observers.add(std::move(observer));
+    }
+};
+
+struct FakeMetadataQuery : MetadataQuery {
+    std::vector<MetadataItem> items;
+    Definition definition;
+    std::function<void()> onResults;
+    int starts = 0;
+    int disabled = 0;
+    void start(Definition asked, std::function<void()> callback) override {
+        ++starts;
+        definition = std::move(asked);
+        onResults = std::move(callback);
+    }
+    void disableUpdates() override { ++disabled; }
+    void enableUpdates() override { --disabled; }
+    std::vector<MetadataItem> const& results() const override { return items; }
+};
+
+/// Lists by the bytes that stand for them.
+struct FakePropertyLists : PropertyLists {
+    std::map<std::string, PropertyValue, std::less<>> lists;
+    std::optional<PropertyValue> parse(std::string_view bytes) override {
+        auto const found = lists.find(bytes);
+        return found == lists.end() ? std::nullopt : std::optional(found->second);
+    }
+};
+
+struct FakeStandardFolders : StandardFolders {
+    std::map<StandardFolder, Url> folders;
+    std::map<std::string, std::string> localizedNames; ///< by path
+    std::optional<Url> url(StandardFolder folder) override {
+        auto const found = folders.find(folder);
+        return found == folders.end() ? std::nullopt : std::optional(found->second);
+    }
+    std::optional<std::string> localizedName(Url const& folder) override {
+        auto const found = localizedNames.find(folder.path());
+        return found == localizedNames.end() ? std::nullopt : std::optional(found->second);
+    }
+};
+
+struct FakeVolumes : Volumes {
+    std::vector<Volume> volumes;
+    Observers<> observers;
+    std::vector<Url> ejected;
+    std::string failure; ///< told instead of ejecting
+    std::vector<Volume> mounted() override { return volumes; }
+    Subscription observeChanges(std::function<void()> observer) override {
+        return observers.add(std::move(observer));
+    }
+    void eject(Url const& mountPoint, Ejected done) override {
+        ejected.push_back(mountPoint);
+        if (failure.empty())
+            done({});
+        else
+            done(std::unexpected(failure));
+    }
+};
+
+/// No previews at all.
+struct FakePreviews : PreviewService {
+    PreviewKind previewKind(Url const&, bool isDirectory) override {
+        return isDirectory ? PreviewKind::folder : PreviewKind::other;
+    }
+    Subscription page(PageRequest, std::function<void(std::optional<PagePicture>)>) override { return {}; }
+    Subscription text(Url const&, std::size_t, std::function<void(std::optional<TextPreview>)>) override {
+        return {};
+    }
+    Subscription summary(Url const&, std::function<void(ContentSummary const&)>) override { return {}; }
+};
+
+/// Thumbnails that come when the test says so.
+struct FakeThumbnailer : Thumbnailer {
+    struct Pending {
+        ThumbnailRequest request;
+        std::function<void(std::optional<Picture>)> completion;
+    };
+    std::map<int, Pending> pending; ///< by the order of the requests
+    int requests = 0;
+
+    Subscription request(ThumbnailRequest request,
+                         std::function<void(std::optional<Picture>)> completion) override {
+        auto const id = requests++;
+        pending.emplace(id, Pending{std::move(request), std::move(completion)});
+        return Subscription([this, id] { pending.erase(id); });
+    }
+    void answerAll(std::optional<Picture> const& picture) {
+        for (auto const& [id, asked] : std::exchange(pending, {}))
+            asked.completion(picture);
+    }
+};
+
 /// A desktop that the test holds in its hands: each service is a stand-in whose state is open.
 struct FakePlatform {
-    FakeAlerts alerts;
-    FakeDirectoryEvents directoryEvents;
     FakeFileManager fileManager;
     FakeFileOperations fileOperations{fileManager};
+    FakeAlerts alerts;
+    FakeBookmarks bookmarks{fileManager};
+    FakeDesktopPlaces desktopPlaces;
+    FakeDirectoryEvents directoryEvents;
     FakeLoginItems loginItems;
     HandQueue mainQueue;
+    FakeMetadataQuery metadataQuery;
     FakeOpenRequests openRequests;
+    FakePreviews previews;
+    FakePropertyLists propertyLists;
     FakeScreens screens;
     FakeScriptInterpreter scriptInterpreter;
     FakeShell shell;
     FakeSoftwareUpdate softwareUpdate;
+    FakeStandardFolders standardFolders;
     FakeStatusBar statusBar;
+    FakeThumbnailer thumbnailer;
     FakeTypeCatalog typeCatalog;
     FakeUserDefaults userDefaults;
+    FakeVolumes volumes;
     FakeWorkspace workspace;
 
     Platform platform{
         .alerts = alerts,
+        .bookmarks = bookmarks,
+        .desktopPlaces = desktopPlaces,
         .directoryEvents = directoryEvents,
         .fileManager = fileManager,
         .fileOperations = fileOperations,
         .loginItems = loginItems,
         .mainQueue = mainQueue,
+        .metadataQuery = metadataQuery,
         .openRequests = openRequests,
+        .previews = previews,
+        .propertyLists = propertyLists,
         .screens = screens,
         .scriptInterpreter = scriptInterpreter,
         .shell = shell,
         .softwareUpdate = softwareUpdate,
+        .standardFolders = standardFolders,
         .statusBar = statusBar,
+        .thumbnailer = thumbnailer,
         .typeCatalog = typeCatalog,
         .userDefaults = userDefaults,
+        .volumes = volumes,
         .workspace = workspace,
     };
 };
