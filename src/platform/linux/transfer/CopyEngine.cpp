@@ -125,7 +125,10 @@ Result CopyEngine::copyOpenFile(int source, Place const& place, CopiedItem& item
         if (::ftruncate(copy.get(), 0) != 0)
             return failure();
     }
-    return copyAttributes(source, copy.get(), item.status);
+    if (auto const given = copyAttributes(source, copy.get(), item.status); !given)
+        return given;
+    bool const isAll = m_path.find('/') == std::string::npos;
+    return isAll ? outcome(::fsync(copy.get())) : Result();
 }
 
 std::expected<CopyEngine::Repeat, std::errc> CopyEngine::checkUnchanged(int source, int pass,

@@ -37,15 +37,14 @@ Result checkFree(Location const& place) {
     return errno == ENOENT ? Result() : failure();
 }
 
-/// Brings the item, and for a folder all below it, to disk.
-Result bringToDisk(int folder, std::string const& name, struct stat const& status) {
-    if (!S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode))
-        return {}; // lives in its folder
-    FileDescriptor const item(::openat(folder, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-    if (!item)
-        return errno == EACCES ? Result()
-                               : failure(); // a file without the right to read it, kept from its source
-    return outcome(S_ISDIR(status.st_mode) ? ::syncfs(item.get()) : ::fsync(item.get()));
+/// A tree goes to disk at once, which costs far less than file by file; a single file has been brought there.
+Result bringToDisk(int folder, struct stat const& status) {
+    if (!S_ISDIR(status.st_mode) || ::syncfs(folder) == 0)
+        return {};
+    if (errno != EBADF)
+        return failure();
+    ::sync(); // a folder that may not be listed can't be asked
+    return {};
 }
 
 /// The new name itself. Some file systems don't sync folders; the name is then as safe as they make it.
@@ -87,7 +86,7 @@ std::expected<CopiedItem, std::errc> copyTo(Location const& source, Location con
     auto copied = CopyEngine(purpose, sink).copy(source.folder.get(), source.name, folder, temporary);
     Result done = copied ? Result() : std::unexpected(copied.error());
     if (done)
-        done = bringToDisk(folder, temporary, copied->status);
+        done = bringToDisk(folder, copied->status);
     if (done)
         done = renameWithoutReplacing(folder, temporary, folder, destination.name);
     if (done) {
@@ -105,8 +104,11 @@ std::expected<CopiedItem, std::errc> copyTo(Location const& source, Location con
 Result renameWithoutReplacing(int from, std::string const& name, int to, std::string const& newName) {
     if (::renameat2(from, name.c_str(), to, newName.c_str(), RENAME_NOREPLACE) == 0)
         return {};
-    if (errno != EINVAL && errno != ENOSYS && errno != ENOTSUP)
-        return failure();
+    bool const isUnsupported = errno == EINVAL || errno == ENOSYS || errno == ENOTSUP;
+    return isUnsupported ? renameByClaiming(from, name, to, newName) : failure();
+}
+
+Result renameByClaiming(int from, std::string const& name, int to, std::string const& newName) {
     struct stat status {};
     if (::fstatat(from, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
         return failure();

@@ -13,9 +13,11 @@ Result copyItem(std::string const& source, std::string const& destination, Lefto
 /// copied. Whenever the process dies, every file is whole in one of the two places.
 Result moveItem(std::string const& source, std::string const& destination, Leftovers const&, Sink&);
 
-/// Gives an item its new name in one step and never over another item. Where the file system has no call for
-/// that, a folder's name is claimed first and a file is linked; where it can't link either,
-/// `operation_not_supported`.
+/// Gives an item its new name in one step and never over another item.
 Result renameWithoutReplacing(int from, std::string const& name, int to, std::string const& newName);
+
+/// The same where the file system has no call for that: a folder's name is claimed first, a file is linked. Where it
+/// can't link either, `operation_not_supported`.
+Result renameByClaiming(int from, std::string const& name, int to, std::string const& newName);
 
 } // namespace taliro::transfer
