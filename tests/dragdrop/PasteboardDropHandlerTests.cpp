@@ -33,7 +33,7 @@ struct PasteboardDropHandlerTest : ::testing::Test {
         fake.mainQueue.turn();
         return taken;
     }
-    bool exists(std::string const& path) { return fake.fileManager.items.contains(path); }
+    bool exists(std::string const& path) { return fake.fileManager.tree.contains(path); }
     /// "name: bytes" of what lies in the folder.
     std::vector<std::string> saved() {
         std::vector<std::string> found;
@@ -68,7 +68,7 @@ TEST_F(PasteboardDropHandlerTest, TheFirstUsableKindIsTaken) {
     };
     for (auto const& [carried, expected, png] : cases) {
         fake.fileManager.contentsOf.clear();
-        std::erase_if(fake.fileManager.items,
+        std::erase_if(fake.fileManager.tree,
                       [](auto const& item) { return item.first.starts_with("/home/mira/In/"); });
         fake.imageCodec.result = png;
         changes = 0;
