@@ -4,6 +4,7 @@
 #include "platform/linux/Absent.h"
 #include "platform/linux/AutostartLoginItems.h"
 #include "platform/linux/DBusOpenRequests.h"
+#include "platform/linux/FilePreviews.h"
 #include "platform/linux/InotifyDirectoryEvents.h"
 #include "platform/linux/MimeTypeCatalog.h"
 #include "platform/linux/PlistPropertyLists.h"
@@ -15,6 +16,7 @@
 #include "platform/linux/QtMainQueue.h"
 #include "platform/linux/QtScreens.h"
 #include "platform/linux/QtSoftwareUpdate.h"
+#include "platform/linux/ThumbnailService.h"
 #include "platform/linux/TrayStatusBar.h"
 #include "platform/linux/X11Connection.h"
 #include "platform/linux/X11PointerEvents.h"
@@ -60,6 +62,8 @@ private:
     AbsentStandardFolders m_standardFolders;
     TrayStatusBar m_statusBar;
     MimeTypeCatalog m_typeCatalog;
+    FilePreviews m_previews;
+    ThumbnailService m_thumbnailer;
     PlistUserDefaults m_userDefaults;
     QtSoftwareUpdate m_softwareUpdate;
     AbsentVolumes m_volumes;
