@@ -4,6 +4,7 @@ namespace taliro {
 
 class Alerts;
 class Bookmarks;
+class ColorScheme;
 class DesktopPlaces;
 class DirectoryEvents;
 class FileManager;
@@ -12,6 +13,7 @@ class LoginItems;
 class MainQueue;
 class MetadataQuery;
 class OpenRequests;
+class PointerEvents;
 class PreviewService;
 class PropertyLists;
 class Screens;
@@ -24,6 +26,7 @@ class Thumbnailer;
 class TypeCatalog;
 class UserDefaults;
 class Volumes;
+class WindowManager;
 class Workspace;
 
 /// What the program needs of a desktop, one service a member. Made once in `main` and handed down;
@@ -31,6 +34,7 @@ class Workspace;
 struct Platform {
     Alerts& alerts;
     Bookmarks& bookmarks;
+    ColorScheme& colorScheme;
     DesktopPlaces& desktopPlaces;
     DirectoryEvents& directoryEvents;
     FileManager& fileManager;
@@ -39,6 +43,7 @@ struct Platform {
     MainQueue& mainQueue;
     MetadataQuery& metadataQuery;
     OpenRequests& openRequests;
+    PointerEvents& pointerEvents;
     PreviewService& previews;
     PropertyLists& propertyLists;
     Screens& screens;
@@ -51,6 +56,7 @@ struct Platform {
     TypeCatalog& typeCatalog;
     UserDefaults& userDefaults;
     Volumes& volumes;
+    WindowManager& windowManager;
     Workspace& workspace;
 
     /// The platform that the process's shared objects stand on. `install` comes before their first use.
