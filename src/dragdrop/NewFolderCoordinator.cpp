@@ -57,8 +57,8 @@ void NewFolderCoordinator::promptWithSelection(Url const& folder, std::vector<Ur
 }
 
 void NewFolderCoordinator::begin(Url const& folder, std::string_view baseName, std::vector<Url> items) {
-    if (m_isCommitting)
-        return; // the folder before is still being filled
+    if (m_isCommitting || !folder.isFile())
+        return; // the folder before is still being filled, or there is no place for one
     proposedName = uniqueName(folder, baseName);
     m_pendingMove = std::move(items);
     promptingIn = folder;
