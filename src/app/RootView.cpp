@@ -2,9 +2,13 @@
 
 #include "app/AppSettings.h"
 #include "app/TitlebarMenu.h"
+#include "dragdrop/ProgressCenter.h"
+#include "dragdrop/ToastCenter.h"
 #include "platform/Platform.h"
 #include "views/FileBrowserView.h"
+#include "views/ProgressOverlay.h"
 #include "views/Symbols.h"
+#include "views/ToastOverlay.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -101,6 +105,8 @@ RootView::RootView(Platform& platform, BrowserState& browser, DirectoryWatcher& 
     m_refresher.dependOn(settings.miniMode);
     showTitle();
     showBrowser();
+    new ProgressOverlay(ProgressCenter::shared(), this);
+    new ToastOverlay(ToastCenter::shared(), this);
 }
 
 QWidget* RootView::makeTitle() {
@@ -139,13 +145,6 @@ void RootView::crossFadeFrom(QPixmap const& before) {
     auto* picture = new FadingPicture(before, this);
     picture->setGeometry(m_stack->geometry());
     picture->show();
-    for (auto* overlay : m_overlays)
-        overlay->raise();
-}
-
-void RootView::resizeEvent(QResizeEvent*) {
-    for (auto* overlay : m_overlays)
-        overlay->setGeometry(rect());
 }
 
 void RootView::mousePressEvent(QMouseEvent* event) {

@@ -28,7 +28,6 @@ public:
     void focusBrowser();
 
 protected:
-    void resizeEvent(QResizeEvent*) override;
     void mousePressEvent(QMouseEvent* event) override;
 
 private:
@@ -45,7 +44,6 @@ private:
     QWidget* m_strip;
     QStackedLayout* m_stack;
     FileBrowserView* m_full = nullptr; ///< made when first shown
-    std::vector<QWidget*> m_overlays; ///< over everything, as large as this
     Refresher m_refresher;
 };
 
