@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 
+#include "KeyboardShortcuts/KeyboardShortcuts.h"
 #include "app/AppCommands.h"
 #include "app/AppSettings.h"
 #include "app/FactoryReset.h"
@@ -7,6 +8,7 @@
 #include "app/PickerPanel.h"
 #include "app/Popover.h"
 #include "app/Updater.h"
+#include "dragdrop/FileDrag.h"
 #include "foundation/MainQueue.h"
 #include "foundation/NotificationCenter.h"
 #include "platform/OpenRequests.h"
@@ -22,13 +24,20 @@ AppDelegate::AppDelegate(Platform& platform, AppSettings& settings, BrowserState
 AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching() {
-    resetToFactoryDefaultsIfNeeded(m_platform.userDefaults, [] {});
+    auto& shortcuts = KeyboardShortcuts::shared();
+    resetToFactoryDefaultsIfNeeded(m_platform.userDefaults, [&] {
+        shortcuts.setShortcut(togglePicker().defaultShortcut(), togglePicker());
+    });
     Updater::shared();
     AppCommands::shared().checkForUpdates = [] { Updater::shared().checkForUpdates(); };
     installStatusItem();
     observeNotifications();
     m_statusItem->setVisible(m_settings.showMenuBarIcon);
     observeSettings();
+    shortcuts.onKeyDown(togglePicker(), [guard = QPointer(this)] {
+        if (guard)
+            guard->toggleFromHotkey();
+    });
     m_platform.openRequests.start([this](std::vector<Url> const& urls) { openURLs(urls); },
                                   [this] { applicationShouldHandleReopen(); });
     present();

@@ -2,15 +2,16 @@
 
 #include "app/AppSettings.h"
 #include "app/TitlebarMenu.h"
-#include "browsing/BrowserState.h"
-#include "browsing/DirectoryLoader.h"
-#include "browsing/DirectoryWatcher.h"
+#include "dragdrop/ProgressCenter.h"
+#include "dragdrop/ToastCenter.h"
 #include "platform/Platform.h"
+#include "views/FileBrowserView.h"
+#include "views/ProgressOverlay.h"
 #include "views/Symbols.h"
+#include "views/ToastOverlay.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QListWidget>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPropertyAnimation>
@@ -104,6 +105,8 @@ RootView::RootView(Platform& platform, BrowserState& browser, DirectoryWatcher& 
     m_refresher.dependOn(settings.miniMode);
     showTitle();
     showBrowser();
+    new ProgressOverlay(ProgressCenter::shared(), this);
+    new ToastOverlay(ToastCenter::shared(), this);
 }
 
 QWidget* RootView::makeTitle() {
@@ -121,21 +124,6 @@ QWidget* RootView::makeTitle() {
     return bar;
 }
 
-QWidget* RootView::makeFull() {
-    auto* list = new QListWidget(this);
-    auto const fill = [this, list](Url const& folder) {
-        list->clear();
-        for (auto const& entry : DirectoryLoader::load(m_platform, folder, "", SortKey::name, true))
-            list->addItem(QString::fromStdString(legible(entry.name())));
-    };
-    fill(m_browser.currentURL);
-    return list;
-}
-
-QWidget* RootView::makeMini() {
-    return makeFull();
-}
-
 void RootView::showTitle() {
     bool const popover = m_settings.popoverMode;
     m_title->setVisible(popover);
@@ -143,35 +131,20 @@ void RootView::showTitle() {
 }
 
 void RootView::showBrowser() {
-    bool const mini = m_settings.miniMode;
-    auto*& wanted = mini ? m_mini : m_full;
-    if (wanted && wanted == m_shown)
+    if (m_full)
         return;
-    auto const before = m_shown && isVisible() ? m_shown->grab() : QPixmap();
-    if (!wanted) {
-        wanted = mini ? makeMini() : makeFull();
-        m_stack->addWidget(wanted);
-    }
-    bool const hadFocus = m_shown && m_shown->isAncestorOf(QApplication::focusWidget());
-    m_shown = wanted;
-    m_stack->setCurrentWidget(wanted);
-    if (hadFocus)
-        wanted->setFocus();
-    if (!before.isNull())
-        crossFadeFrom(before);
+    m_full = new FileBrowserView(m_platform, m_browser, m_watcher, m_settings, this);
+    m_stack->addWidget(m_full);
+}
+
+void RootView::focusBrowser() {
+    m_full->focusContent();
 }
 
 void RootView::crossFadeFrom(QPixmap const& before) {
     auto* picture = new FadingPicture(before, this);
     picture->setGeometry(m_stack->geometry());
     picture->show();
-    for (auto* overlay : m_overlays)
-        overlay->raise();
-}
-
-void RootView::resizeEvent(QResizeEvent*) {
-    for (auto* overlay : m_overlays)
-        overlay->setGeometry(rect());
 }
 
 void RootView::mousePressEvent(QMouseEvent* event) {
