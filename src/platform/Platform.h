@@ -3,34 +3,52 @@
 namespace taliro {
 
 class Alerts;
+class Bookmarks;
+class DesktopPlaces;
 class DirectoryEvents;
 class FileManager;
 class LoginItems;
 class MainQueue;
+class MetadataQuery;
 class OpenRequests;
 class PreviewService;
+class PropertyLists;
 class Screens;
+class ScriptInterpreter;
+class Shell;
+class SoftwareUpdate;
+class StandardFolders;
 class StatusBar;
 class Thumbnailer;
 class TypeCatalog;
 class UserDefaults;
+class Volumes;
 class Workspace;
 
 /// What the program needs of a desktop, one service a member. Made once in `main` and handed down;
 /// tests make one of stand-ins.
 struct Platform {
     Alerts& alerts;
+    Bookmarks& bookmarks;
+    DesktopPlaces& desktopPlaces;
     DirectoryEvents& directoryEvents;
     FileManager& fileManager;
     LoginItems& loginItems;
     MainQueue& mainQueue;
+    MetadataQuery& metadataQuery;
     OpenRequests& openRequests;
     PreviewService& previews;
+    PropertyLists& propertyLists;
     Screens& screens;
+    ScriptInterpreter& scriptInterpreter;
+    Shell& shell;
+    SoftwareUpdate& softwareUpdate;
+    StandardFolders& standardFolders;
     StatusBar& statusBar;
     Thumbnailer& thumbnailer;
     TypeCatalog& typeCatalog;
     UserDefaults& userDefaults;
+    Volumes& volumes;
     Workspace& workspace;
 
     /// The platform that the process's shared objects stand on. `install` comes before their first use.

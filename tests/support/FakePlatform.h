@@ -1,17 +1,25 @@
 #pragma once
 
 #include "platform/Alerts.h"
+#include "platform/Bookmarks.h"
+#include "platform/DesktopPlaces.h"
 #include "platform/DirectoryEvents.h"
 #include "platform/FileManager.h"
 #include "platform/LoginItems.h"
+#include "platform/MetadataQuery.h"
 #include "platform/OpenRequests.h"
 #include "platform/Platform.h"
 #include "platform/PreviewService.h"
+#include "platform/PropertyLists.h"
 #include "platform/Screens.h"
+#include "platform/Shell.h"
+#include "platform/SoftwareUpdate.h"
+#include "platform/StandardFolders.h"
 #include "platform/StatusBar.h"
 #include "platform/Thumbnailer.h"
 #include "platform/TypeCatalog.h"
 #include "platform/UserDefaults.h"
+#include "platform/Volumes.h"
 #include "platform/Workspace.h"
 #include "support/HandQueue.h"
 
@@ -107,6 +115,16 @@ struct FakeFileManager : FileManager {
         }
         return listed;
     }
+    std::optional<std::vector<std::string>> subfolders(Url const& folder, Hidden hidden) override {
+        auto const listed = contents(folder, hidden);
+        if (!listed)
+            return std::nullopt;
+        std::vector<std::string> names;
+        for (auto const& item : *listed)
+            if (item.attributes && item.attributes->isDirectory)
+                names.push_back(item.name);
+        return names;
+    }
     std::optional<FileAttributes> attributes(Url const& item) override {
         auto const found = items.find(item.path());
         return found == items.end() || unreadable.contains(item.path()) ? std::nullopt
@@ -183,6 +201,44 @@ struct FakeScreens : Screens {
     Subscription observeChanges(std::function<void()> observer) override {
         return observers.add(std::move(observer));
     }
+};
+
+struct FakeScriptInterpreter : ScriptInterpreter {
+    std::vector<std::string> sources;
+    std::expected<void, std::string> answer;
+    std::function<void()> effect; ///< what a script that runs does
+    std::expected<void, std::string> run(std::string const& source) override {
+        sources.push_back(source);
+        if (answer && effect)
+            effect();
+        return answer;
+    }
+};
+
+struct FakeShell : Shell {
+    std::vector<std::string> commands;
+    std::int32_t exitStatus = 0;
+    std::function<void()> effect; ///< what a command that succeeds does
+    std::map<std::string, std::string> links;
+    std::optional<std::string> tool = "/opt/Taliro/Resources/taliro";
+    std::int32_t runShell(std::string const& command) override {
+        commands.push_back(command);
+        if (exitStatus == 0 && effect)
+            effect();
+        return exitStatus;
+    }
+    std::string resolvingSymlinks(std::string const& path) override {
+        auto const found = links.find(path);
+        return found == links.end() ? path : resolvingSymlinks(found->second);
+    }
+    std::optional<std::string> bundledResource(std::string const&) override { return tool; }
+};
+
+struct FakeSoftwareUpdate : SoftwareUpdate {
+    int starts = 0;
+    int checks = 0;
+    void start() override { ++starts; }
+    void checkForUpdates() override { ++checks; }
 };
 
 struct FakeStatusItem : StatusItem {
@@ -277,35 +333,138 @@ struct FakeWorkspace : Workspace {
     bool openPrivacySettings() override { return false; }
 };
 
+/// Bookmarks that are the path itself, good as long as the item is there.
+struct FakeBookmarks : Bookmarks {
+    explicit FakeBookmarks(FakeFileManager& files) : files(files) {}
+    FakeFileManager& files;
+    std::map<std::string, std::string> renamed; ///< new paths by old
+    std::optional<Data> make(Url const& item) override {
+        return files.exists(item) ? std::optional(Data(item.path().begin(), item.path().end()))
+                                  : std::nullopt;
+    }
+    std::optional<Url> resolve(Data const& bookmark) override {
+        std::string path(bookmark.begin(), bookmark.end());
+        if (auto const found = renamed.find(path); found != renamed.end())
+            path = found->second;
+        auto url = Url::parse(path);
+        if (!url || (url->isFile() && !files.exists(*url)))
+            return std::nullopt;
+        return files.isDirectory(*url) ? url->asDirectory() : *url;
+    }
+};
+
+struct FakeDesktopPlaces : DesktopPlaces {
+    std::optional<std::vector<DesktopPlace>> places;
+    Observers<> observers;
+    std::optional<std::vector<DesktopPlace>> read() override { return places; }
+    Subscription observeChanges(std::function<void()> observer) override {
+        return observers.add(std::move(observer));
+    }
+};
+
+struct FakeMetadataQuery : MetadataQuery {
+    std::vector<MetadataItem> items;
+    Definition definition;
+    std::function<void()> onResults;
+    int starts = 0;
+    int disabled = 0;
+    void start(Definition asked, std::function<void()> callback) override {
+        ++starts;
+        definition = std::move(asked);
+        onResults = std::move(callback);
+    }
+    void disableUpdates() override { ++disabled; }
+    void enableUpdates() override { --disabled; }
+    std::vector<MetadataItem> const& results() const override { return items; }
+};
+
+/// Lists by the bytes that stand for them.
+struct FakePropertyLists : PropertyLists {
+    std::map<std::string, PropertyValue, std::less<>> lists;
+    std::optional<PropertyValue> parse(std::string_view bytes) override {
+        auto const found = lists.find(bytes);
+        return found == lists.end() ? std::nullopt : std::optional(found->second);
+    }
+};
+
+struct FakeStandardFolders : StandardFolders {
+    std::map<StandardFolder, Url> folders;
+    std::map<std::string, std::string> localizedNames; ///< by path
+    std::optional<Url> url(StandardFolder folder) override {
+        auto const found = folders.find(folder);
+        return found == folders.end() ? std::nullopt : std::optional(found->second);
+    }
+    std::optional<std::string> localizedName(Url const& folder) override {
+        auto const found = localizedNames.find(folder.path());
+        return found == localizedNames.end() ? std::nullopt : std::optional(found->second);
+    }
+};
+
+struct FakeVolumes : Volumes {
+    std::vector<Volume> volumes;
+    Observers<> observers;
+    std::vector<Url> ejected;
+    std::string failure; ///< told instead of ejecting
+    std::vector<Volume> mounted() override { return volumes; }
+    Subscription observeChanges(std::function<void()> observer) override {
+        return observers.add(std::move(observer));
+    }
+    void eject(Url const& mountPoint, Ejected done) override {
+        ejected.push_back(mountPoint);
+        if (failure.empty())
+            done({});
+        else
+            done(std::unexpected(failure));
+    }
+};
+
 /// A desktop that the test holds in its hands: each service is a stand-in whose state is open.
 struct FakePlatform {
     FakeAlerts alerts;
     FakeDirectoryEvents directoryEvents;
     FakeFileManager fileManager;
+    FakeBookmarks bookmarks{fileManager};
+    FakeDesktopPlaces desktopPlaces;
     FakeLoginItems loginItems;
     HandQueue mainQueue;
+    FakeMetadataQuery metadataQuery;
     FakeOpenRequests openRequests;
     FakePreviews previews;
+    FakePropertyLists propertyLists;
     FakeScreens screens;
+    FakeScriptInterpreter scriptInterpreter;
+    FakeShell shell;
+    FakeSoftwareUpdate softwareUpdate;
+    FakeStandardFolders standardFolders;
     FakeStatusBar statusBar;
     FakeThumbnailer thumbnailer;
     FakeTypeCatalog typeCatalog;
     FakeUserDefaults userDefaults;
+    FakeVolumes volumes;
     FakeWorkspace workspace;
 
     Platform platform{
         .alerts = alerts,
+        .bookmarks = bookmarks,
+        .desktopPlaces = desktopPlaces,
         .directoryEvents = directoryEvents,
         .fileManager = fileManager,
         .loginItems = loginItems,
         .mainQueue = mainQueue,
+        .metadataQuery = metadataQuery,
         .openRequests = openRequests,
         .previews = previews,
+        .propertyLists = propertyLists,
         .screens = screens,
+        .scriptInterpreter = scriptInterpreter,
+        .shell = shell,
+        .softwareUpdate = softwareUpdate,
+        .standardFolders = standardFolders,
         .statusBar = statusBar,
         .thumbnailer = thumbnailer,
         .typeCatalog = typeCatalog,
         .userDefaults = userDefaults,
+        .volumes = volumes,
         .workspace = workspace,
     };
 };

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <dirent.h>
 #include <fcntl.h>
 #include <future>
 #include <pwd.h>
@@ -72,24 +73,24 @@ std::optional<FileAttributes> readAttributes(int folder, char const* name) {
     return known;
 }
 
-std::expected<std::vector<ListedItem>, std::errc> readNames(int folder, Hidden hidden) {
-    std::vector<ListedItem> items;
+/// Calls `visit(name, type)` for each entry but "." and ".."; the type is one of `DT_…`.
+template <typename Visit>
+std::expected<void, std::errc> forEachEntry(int folder, Visit const& visit) {
     std::vector<char> buffer(256 * 1024);
     for (;;) {
         auto const read = ::syscall(SYS_getdents64, folder, buffer.data(), buffer.size());
         if (read < 0)
             return std::unexpected(lastError());
         if (read == 0)
-            return items;
+            return {};
         for (long position = 0; position < read;) {
             RawEntry entry;
             auto const* start = buffer.data() + position;
             std::memcpy(&entry, start, offsetof(RawEntry, name));
             position += entry.length;
             std::string_view const name = start + offsetof(RawEntry, name);
-            if (name == "." || name == ".." || (hidden == Hidden::skip && name.starts_with('.')))
-                continue;
-            items.push_back({std::string(name), std::nullopt});
+            if (name != "." && name != "..")
+                visit(name, entry.type);
         }
     }
 }
@@ -158,16 +159,39 @@ std::expected<std::vector<ListedItem>, std::errc> PosixFileManager::contents(Url
     FileDescriptor const descriptor(::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!descriptor)
         return std::unexpected(lastError());
-    auto items = readNames(descriptor.get(), hidden);
-    if (!items)
-        return items;
+    std::vector<ListedItem> items;
+    auto const read = forEachEntry(descriptor.get(), [&](std::string_view name, unsigned char) {
+        if (hidden == Hidden::include || !name.starts_with('.'))
+            items.push_back({std::string(name), std::nullopt});
+    });
+    if (!read)
+        return std::unexpected(read.error());
     if (hidden == Hidden::skip) {
         auto const listed = namesHiddenByList(descriptor.get());
         if (!listed.empty())
-            std::erase_if(*items, [&](ListedItem const& item) { return listed.contains(item.name); });
+            std::erase_if(items, [&](ListedItem const& item) { return listed.contains(item.name); });
     }
-    readAllAttributes(descriptor.get(), *items);
+    readAllAttributes(descriptor.get(), items);
     return items;
+}
+
+std::optional<std::vector<std::string>> PosixFileManager::subfolders(Url const& folder, Hidden hidden) {
+    FileDescriptor const descriptor(::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!descriptor)
+        return std::nullopt;
+    auto const listed =
+        hidden == Hidden::skip ? namesHiddenByList(descriptor.get()) : std::unordered_set<std::string>();
+    std::vector<std::string> names;
+    auto const read = forEachEntry(descriptor.get(), [&](std::string_view name, unsigned char type) {
+        if (hidden == Hidden::skip && name.starts_with('.'))
+            return;
+        std::string owned(name);
+        bool const told = type != DT_LNK && type != DT_UNKNOWN;
+        auto const known = told ? std::nullopt : readAttributes(descriptor.get(), owned.c_str());
+        if ((told ? type == DT_DIR : known && known->isDirectory) && !listed.contains(owned))
+            names.push_back(std::move(owned));
+    });
+    return read ? std::optional(std::move(names)) : std::nullopt;
 }
 
 std::optional<FileAttributes> PosixFileManager::attributes(Url const& item) {

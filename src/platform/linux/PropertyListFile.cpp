@@ -61,7 +61,7 @@ public:
     }
 
 private:
-    /// `m_budget` bounds the tree that shared references unfold into.
+    /// `m_budget` bounds the tree that shared references unfold into: its objects and their bytes.
     bool visit(std::uint64_t object, int depth) {
         if (object >= m_count || depth > deepest || m_budget == 0)
             return false;
@@ -81,9 +81,9 @@ private:
         case 4:
         case 5:
         case 7:
-            return length <= room;
+            return length <= room && spend(length);
         case 6:
-            return length <= room / 2;
+            return length <= room / 2 && spend(length * 2);
         case 10:
         case 12:
             return visitAll(at, length, room, depth);
@@ -91,6 +91,13 @@ private:
             return length <= room / 2 && visitAll(at, length * 2, room, depth);
         }
         return false;
+    }
+
+    /// Content that many objects share is copied for each.
+    bool spend(std::uint64_t bytes) {
+        bool const affordable = bytes <= m_budget;
+        m_budget -= affordable ? bytes : 0;
+        return affordable;
     }
 
     bool readLength(std::uint64_t& at, std::uint64_t& length) const {

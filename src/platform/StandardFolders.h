@@ -1,0 +1,22 @@
+#pragma once
+
+#include "foundation/Url.h"
+
+#include <optional>
+#include <string>
+
+namespace taliro {
+
+enum class StandardFolder { desktop, documents, downloads, movies, music, pictures, publicShare, trash };
+
+/// Where the user's well-known folders are, and what folders are called.
+class StandardFolders {
+public:
+    virtual ~StandardFolders() = default;
+    /// Nothing where the user has no such folder set up. What is told need not exist.
+    virtual std::optional<Url> url(StandardFolder folder) = 0;
+    /// The name that `folder` gives itself in the user's language; nothing where it gives none.
+    virtual std::optional<std::string> localizedName(Url const& folder) = 0;
+};
+
+} // namespace taliro
