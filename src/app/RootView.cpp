@@ -3,14 +3,15 @@
 #include "app/AppSettings.h"
 #include "app/TitlebarMenu.h"
 #include "browsing/BrowserState.h"
-#include "browsing/DirectoryLoader.h"
 #include "browsing/DirectoryWatcher.h"
+#include "browsing/QuickLookCoordinator.h"
 #include "platform/Platform.h"
+#include "views/FileBrowserView.h"
+#include "views/MiniBrowserView.h"
 #include "views/Symbols.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QListWidget>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPropertyAnimation>
@@ -122,18 +123,16 @@ QWidget* RootView::makeTitle() {
 }
 
 QWidget* RootView::makeFull() {
-    auto* list = new QListWidget(this);
-    auto const fill = [this, list](Url const& folder) {
-        list->clear();
-        for (auto const& entry : DirectoryLoader::load(m_platform, folder, "", SortKey::name, true))
-            list->addItem(QString::fromStdString(legible(entry.name())));
-    };
-    fill(m_browser.currentURL);
-    return list;
+    return new FileBrowserView(m_platform, m_browser, m_watcher, m_settings, this);
 }
 
 QWidget* RootView::makeMini() {
-    return makeFull();
+    return new MiniBrowserView(m_platform, m_browser, m_watcher, m_settings, this);
+}
+
+void RootView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    QuickLookCoordinator::shared().attach(m_browser);
 }
 
 void RootView::showTitle() {

@@ -29,6 +29,7 @@ public:
 protected:
     void resizeEvent(QResizeEvent*) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     QWidget* makeTitle();

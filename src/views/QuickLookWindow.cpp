@@ -6,6 +6,7 @@
 #include "platform/PreviewService.h"
 #include "platform/Thumbnailer.h"
 #include "platform/TypeCatalog.h"
+#include "platform/WindowManager.h"
 #include "platform/Workspace.h"
 #include "views/Drawing.h"
 #include "views/ImagePreview.h"
@@ -46,7 +47,8 @@ constexpr int thumbnailPixels = 512;
 QWidget* browserWindow() {
     for (auto* const window : QApplication::topLevelWidgets()) {
         QString const name = QString::fromLatin1(window->metaObject()->className());
-        bool const isBrowser = name.endsWith(QStringLiteral("PickerPanel")) || name.contains(QStringLiteral("Popover"));
+        bool const isBrowser =
+            name.endsWith(QStringLiteral("PickerPanel")) || name.contains(QStringLiteral("Popover"));
         if (window->isVisible() && isBrowser && window->windowType() != Qt::Popup)
             return window;
     }
@@ -154,7 +156,9 @@ void QuickLookWindow::showContents(Url const& item) {
     bool const isFolder = item.hasDirectoryPath() || m_platform.fileManager.isDirectory(item);
     auto const kind = m_platform.previews.previewKind(item, isFolder);
     switch (kind) {
-    case PreviewKind::image: showImage(item); break;
+    case PreviewKind::image:
+        showImage(item);
+        break;
     case PreviewKind::pages:
         m_contents->setCurrentWidget(m_pages);
         m_pages->setDocument(item);
@@ -165,9 +169,13 @@ void QuickLookWindow::showContents(Url const& item) {
         m_text->setFile(item, kind == PreviewKind::markdown);
         break;
     case PreviewKind::folder:
-    case PreviewKind::archive: showSummary(isFolder ? item.asDirectory() : item, true); break;
+    case PreviewKind::archive:
+        showSummary(isFolder ? item.asDirectory() : item, true);
+        break;
     case PreviewKind::media:
-    case PreviewKind::other: showSummary(item, false); break;
+    case PreviewKind::other:
+        showSummary(item, false);
+        break;
     }
 }
 
@@ -194,17 +202,20 @@ void QuickLookWindow::showImage(Url const& item) {
 
 void QuickLookWindow::requestImage(QSize pixels) {
     // Nothing is gained by a few more.
-    if (!m_item || (pixels.width() <= m_requestedPixels.width() && pixels.height() <= m_requestedPixels.height()))
+    if (!m_item ||
+        (pixels.width() <= m_requestedPixels.width() && pixels.height() <= m_requestedPixels.height()))
         return;
     bool const isFirst = m_requestedPixels.isEmpty();
     m_requestedPixels = pixels;
-    m_imageRequest = m_platform.previews.page(
-        {*m_item, 0, pixels.width(), pixels.height()}, [this, isFirst](std::optional<PagePicture> const& page) {
-            if (page)
-                m_image->setImage(toImage(page->picture), {page->fullWidth, page->fullHeight}, m_image->hasImage());
-            else if (isFirst)
-                showSummary(*m_item, false);
-        });
+    m_imageRequest = m_platform.previews.page({*m_item, 0, pixels.width(), pixels.height()},
+                                              [this, isFirst](std::optional<PagePicture> const& page) {
+                                                  if (page)
+                                                      m_image->setImage(toImage(page->picture),
+                                                                        {page->fullWidth, page->fullHeight},
+                                                                        m_image->hasImage());
+                                                  else if (isFirst)
+                                                      showSummary(*m_item, false);
+                                              });
 }
 
 void QuickLookWindow::attachToBrowserWindow() {
@@ -225,9 +236,11 @@ void QuickLookWindow::attachToBrowserWindow() {
 }
 
 void QuickLookWindow::makeKeyAndOrderFront() {
+    m_platform.windowManager.floatEverywhere(winId(), WindowManager::Taskbar::skipped);
     show();
     raise();
     activateWindow();
+    m_platform.windowManager.focus(winId());
 }
 
 QSize QuickLookWindow::preferredSize() const {
@@ -286,11 +299,20 @@ bool QuickLookWindow::scroll(QKeyEvent const& event) {
     if (!bar)
         return false;
     switch (event.key()) {
-    case Qt::Key_PageUp: bar->triggerAction(QScrollBar::SliderPageStepSub); return true;
-    case Qt::Key_PageDown: bar->triggerAction(QScrollBar::SliderPageStepAdd); return true;
-    case Qt::Key_Home: bar->triggerAction(QScrollBar::SliderToMinimum); return true;
-    case Qt::Key_End: bar->triggerAction(QScrollBar::SliderToMaximum); return true;
-    default: return false;
+    case Qt::Key_PageUp:
+        bar->triggerAction(QScrollBar::SliderPageStepSub);
+        return true;
+    case Qt::Key_PageDown:
+        bar->triggerAction(QScrollBar::SliderPageStepAdd);
+        return true;
+    case Qt::Key_Home:
+        bar->triggerAction(QScrollBar::SliderToMinimum);
+        return true;
+    case Qt::Key_End:
+        bar->triggerAction(QScrollBar::SliderToMaximum);
+        return true;
+    default:
+        return false;
     }
 }
 
@@ -301,11 +323,20 @@ bool QuickLookWindow::zoom(QKeyEvent const& event) {
     auto const middle = QRectF(m_image->viewport()->rect()).center();
     switch (event.key()) {
     case Qt::Key_Plus:
-    case Qt::Key_Equal: m_image->zoomBy(step, middle); return true;
-    case Qt::Key_Minus: m_image->zoomBy(1 / step, middle); return true;
-    case Qt::Key_0: m_image->zoomToFit(); return true;
-    case Qt::Key_1: m_image->zoomToFull(); return true;
-    default: return false;
+    case Qt::Key_Equal:
+        m_image->zoomBy(step, middle);
+        return true;
+    case Qt::Key_Minus:
+        m_image->zoomBy(1 / step, middle);
+        return true;
+    case Qt::Key_0:
+        m_image->zoomToFit();
+        return true;
+    case Qt::Key_1:
+        m_image->zoomToFull();
+        return true;
+    default:
+        return false;
     }
 }
 
