@@ -44,6 +44,19 @@ Layout* tightLayout(QWidget* widget) {
     return layout;
 }
 
+/// A label in the colour of what is read second.
+class QuietLabel : public QLabel {
+public:
+    using QLabel::QLabel;
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setPen(colors().text2);
+        painter.drawText(rect(), Qt::AlignCenter, text());
+    }
+};
+
 } // namespace
 
 FileBrowserView::FileBrowserView(Platform& platform, BrowserState& state, DirectoryWatcher& watcher,
@@ -113,9 +126,8 @@ QWidget* FileBrowserView::buildPathRow() {
     auto* goTo = new ToolButton("arrow.right.circle", tr("Go to folder… (⌘⇧G)"), 15, row);
     connect(goTo, &QToolButton::clicked, this, [this] { openGoToPath(); });
     layout->addWidget(goTo);
-    m_itemCount = new QLabel(row);
+    m_itemCount = new QuietLabel(row);
     m_itemCount->setFont(Theme::current().font(metrics::list));
-    m_itemCount->setForegroundRole(QPalette::PlaceholderText);
     m_itemCount->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     layout->addWidget(m_itemCount);
     return row;

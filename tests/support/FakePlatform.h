@@ -118,8 +118,8 @@ struct FakeFileManager : FileManager {
         }
         return listed;
     }
-    std::vector<ListedItem> items(Url const& folder, std::vector<std::string> const& names,
-                                  Hidden hidden) override {
+    std::vector<ListedItem> contents(Url const& folder, std::vector<std::string> const& names,
+                                     Hidden hidden) override {
         std::vector<ListedItem> found;
         for (auto const& name : names)
             if (auto const item = folder.appending(name);
