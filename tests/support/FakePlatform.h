@@ -24,6 +24,7 @@
 #include "platform/Volumes.h"
 #include "platform/WindowManager.h"
 #include "platform/Workspace.h"
+#include "support/FakeKeyboard.h"
 #include "support/HandQueue.h"
 
 #include <map>
@@ -473,6 +474,8 @@ struct FakePlatform {
     FakeColorScheme colorScheme;
     FakeDesktopPlaces desktopPlaces;
     FakeDirectoryEvents directoryEvents;
+    FakeHotKeys hotKeys;
+    FakeKeyboardLayout keyboardLayout;
     FakeLoginItems loginItems;
     HandQueue mainQueue;
     FakeMetadataQuery metadataQuery;
@@ -486,6 +489,7 @@ struct FakePlatform {
     FakeSoftwareUpdate softwareUpdate;
     FakeStandardFolders standardFolders;
     FakeStatusBar statusBar;
+    FakeSystemShortcuts systemShortcuts;
     FakeThumbnailer thumbnailer;
     FakeTypeCatalog typeCatalog;
     FakeUserDefaults userDefaults;
@@ -500,6 +504,8 @@ struct FakePlatform {
         .desktopPlaces = desktopPlaces,
         .directoryEvents = directoryEvents,
         .fileManager = fileManager,
+        .hotKeys = hotKeys,
+        .keyboardLayout = keyboardLayout,
         .loginItems = loginItems,
         .mainQueue = mainQueue,
         .metadataQuery = metadataQuery,
@@ -513,6 +519,7 @@ struct FakePlatform {
         .softwareUpdate = softwareUpdate,
         .standardFolders = standardFolders,
         .statusBar = statusBar,
+        .systemShortcuts = systemShortcuts,
         .thumbnailer = thumbnailer,
         .typeCatalog = typeCatalog,
         .userDefaults = userDefaults,
