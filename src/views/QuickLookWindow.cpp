@@ -18,6 +18,7 @@
 #include "views/TextPreviewPane.h"
 #include "views/Theme.h"
 #include "views/ToolButton.h"
+#include "views/WrappedLabel.h"
 
 #include <QApplication>
 #include <QHBoxLayout>
@@ -76,18 +77,16 @@ void QuickLookWindow::makeTitle() {
     m_bar->setFixedHeight(barHeight);
     m_bar->setMouseTracking(true);
     m_close = new ToolButton("xmark", tr("Close"), 12, m_bar);
-    m_title = new QLabel(m_bar);
-    m_title->setFont(theme.headline());
-    m_title->setTextFormat(Qt::PlainText);
+    m_title = new WrappedLabel(theme.headline(), &Colors::text1, 1, m_bar);
     m_subtitle = new QLabel(m_bar);
     m_subtitle->setFont(theme.font(metrics::small));
     m_subtitle->setForegroundRole(QPalette::PlaceholderText);
     m_open = new PushButton(tr("Open"), PushButton::Kind::plain, m_bar);
     for (auto* const widget : {static_cast<QWidget*>(m_close), static_cast<QWidget*>(m_open)})
         widget->setFocusPolicy(Qt::NoFocus);
-    for (auto* const label : {m_title, m_subtitle})
+    for (auto* const label : {static_cast<QLabel*>(m_title), m_subtitle})
         label->setAttribute(Qt::WA_TransparentForMouseEvents);
-    m_title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     auto* const row = new QHBoxLayout(m_bar);
     row->setContentsMargins(8, 0, 8, 0);
     row->setSpacing(8);
@@ -139,7 +138,6 @@ void QuickLookWindow::reloadData(std::optional<QLItem> const& item) {
     auto const name = item ? shownName(item->title()) : QString();
     setWindowTitle(name);
     m_title->setText(name);
-    m_title->setToolTip(name);
     setSubtitle({});
     m_open->setEnabled(item.has_value());
     if (item)
@@ -390,11 +388,6 @@ void QuickLookWindow::mouseMoveEvent(QMouseEvent* event) {
     } else {
         setCursor(horizontal ? Qt::SizeHorCursor : vertical ? Qt::SizeVerCursor : Qt::ArrowCursor);
     }
-}
-
-void QuickLookWindow::resizeEvent(QResizeEvent*) {
-    auto const size = m_title->width();
-    m_title->setText(m_title->fontMetrics().elidedText(windowTitle(), Qt::ElideMiddle, size));
 }
 
 void QuickLookWindow::paintEvent(QPaintEvent*) {

@@ -18,10 +18,11 @@ class PushButton;
 class SummaryPreview;
 class TextPreviewPane;
 class ToolButton;
+class WrappedLabel;
 struct Platform;
 
-/// The window that previews one file: pictures, pages, text, and of everything else the facts. Arrow keys reach the
-/// browser behind it, so that the preview can be led through a folder.
+/// The window that previews one file: pictures, pages, text, and of everything else the facts. Arrow keys
+/// reach the browser behind it, so that the preview can be led through a folder.
 class QuickLookWindow : public QWidget, public PreviewPanel {
     Q_OBJECT
 
@@ -39,7 +40,6 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
-    void resizeEvent(QResizeEvent*) override;
     void hideEvent(QHideEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -68,7 +68,7 @@ private:
 
     QWidget* m_bar;
     ToolButton* m_close;
-    QLabel* m_title;
+    WrappedLabel* m_title;
     QLabel* m_subtitle;
     PushButton* m_open;
     QStackedWidget* m_contents;

@@ -9,7 +9,10 @@
 #include <QFontDatabase>
 #include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QTextBlock>
 #include <QTextBrowser>
+#include <QTextList>
+#include <QTextTable>
 
 namespace taliro {
 
@@ -23,8 +26,46 @@ constexpr qsizetype longestLine = 2000;
 class SealedBrowser : public QTextBrowser {
 public:
     using QTextBrowser::QTextBrowser;
-    QVariant loadResource(int, QUrl const&) override { return {}; }
+    QVariant loadResource(int, QUrl const&) override {
+        QImage nothing(1, 1, QImage::Format_ARGB32);
+        nothing.fill(Qt::transparent);
+        return nothing;
+    }
 };
+
+void addSpace(QTextBlock const& block) {
+    auto format = block.blockFormat();
+    bool const isHeading = format.headingLevel() > 0;
+    bool const isInList = block.textList();
+    format.setTopMargin(isHeading ? 16 : 0);
+    format.setBottomMargin(isHeading ? 6 : isInList ? 3 : 9);
+    if (!format.hasProperty(QTextFormat::BlockCodeFence))
+        format.setLineHeight(125, QTextBlockFormat::ProportionalHeight);
+    else
+        format.setBottomMargin(0);
+    QTextCursor(block).setBlockFormat(format);
+}
+
+void tidyTable(QTextTable& table) {
+    auto format = table.format();
+    format.setBorderCollapse(true);
+    format.setBorder(1);
+    format.setBorderBrush(colors().line);
+    format.setCellPadding(5);
+    format.setCellSpacing(0);
+    format.setBottomMargin(9);
+    table.setFormat(format);
+}
+
+/// Gives the document the air that Markdown by itself has not.
+void layOut(QTextDocument& document) {
+    for (auto* const frame : document.rootFrame()->childFrames())
+        if (auto* const table = qobject_cast<QTextTable*>(frame))
+            tidyTable(*table);
+    for (auto block = document.begin(); block.isValid(); block = block.next())
+        if (!QTextCursor(block).currentTable())
+            addSpace(block);
+}
 
 QString withShortLines(std::string const& utf8) {
     auto const text = QString::fromStdString(utf8);
@@ -42,7 +83,8 @@ QString withShortLines(std::string const& utf8) {
 
 } // namespace
 
-TextPreviewPane::TextPreviewPane(Platform& platform, QWidget* parent) : QStackedWidget(parent), m_platform(platform) {
+TextPreviewPane::TextPreviewPane(Platform& platform, QWidget* parent)
+    : QStackedWidget(parent), m_platform(platform) {
     m_plain = new QPlainTextEdit(this);
     m_markdown = new SealedBrowser(this);
     auto fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
@@ -55,7 +97,8 @@ TextPreviewPane::TextPreviewPane(Platform& platform, QWidget* parent) : QStacked
     m_markdown->setOpenLinks(false);
     m_markdown->document()->setDocumentMargin(20);
     m_markdown->setAccessibleName(tr("Document"));
-    for (auto* const pane : {static_cast<QAbstractScrollArea*>(m_plain), static_cast<QAbstractScrollArea*>(m_markdown)}) {
+    for (auto* const pane :
+         {static_cast<QAbstractScrollArea*>(m_plain), static_cast<QAbstractScrollArea*>(m_markdown)}) {
         pane->setFrameShape(QFrame::NoFrame);
         // Keys belong to the window, which moves on to the next file with them.
         pane->setFocusPolicy(Qt::NoFocus);
@@ -72,12 +115,13 @@ void TextPreviewPane::clear() {
 
 void TextPreviewPane::setFile(Url const& file, bool isMarkdown) {
     clear();
-    m_request = m_platform.previews.text(file, mostBytes, [=, this](std::optional<TextPreview> const& preview) {
-        if (preview)
-            show(*preview, file, isMarkdown);
-        else
-            Q_EMIT failed();
-    });
+    m_request =
+        m_platform.previews.text(file, mostBytes, [=, this](std::optional<TextPreview> const& preview) {
+            if (preview)
+                show(*preview, file, isMarkdown);
+            else
+                Q_EMIT failed();
+        });
 }
 
 void TextPreviewPane::show(TextPreview const& preview, Url const& file, bool isMarkdown) {
@@ -85,6 +129,7 @@ void TextPreviewPane::show(TextPreview const& preview, Url const& file, bool isM
     if (isMarkdown) {
         m_markdown->setFont(Theme::current().font());
         m_markdown->setMarkdown(text);
+        layOut(*m_markdown->document());
         setCurrentWidget(m_markdown);
     } else {
         m_plain->setPlainText(text);
