@@ -217,19 +217,36 @@ void FileBrowserView::showContent(Content content) {
     switch (content) {
     case Content::icons:
         shown = m_grid = new IconGridView(m_platform, m_state, parent);
+        attachDragDrop(*m_grid, currentFolder(), m_state, m_platform);
         break;
     case Content::list:
         shown = m_list = new FileListView(m_platform, m_state, parent);
+        attachDragDrop(*m_list, currentFolder(), m_state, m_platform);
         break;
     case Content::columns:
         shown = m_columns = new ColumnsView(m_platform, m_state, parent);
         m_columns->onRowsChanged = [this] { refreshPathRow(); };
+        m_columns->onPaneMade = [this](ColumnPane& pane, std::size_t index) { attachToPane(pane, index); };
         break;
     }
     m_contentRow->insertWidget(0, shown, 1);
     shown->show();
     if (hadFocus || !QApplication::focusWidget())
         focusContent();
+}
+
+ItemViewFolder FileBrowserView::currentFolder() {
+    return {.shown = [this] { return m_state.currentURL.get().asDirectory(); },
+            .open = [this](Url const& folder) { m_state.navigate(folder); },
+            .onTargeted = {}};
+}
+
+void FileBrowserView::attachToPane(ColumnPane& pane, std::size_t index) {
+    ItemViewFolder const folder{
+        .shown = [&pane] { return pane.root().asDirectory(); },
+        .open = [this, index](Url const& opened) { m_columns->open(opened, index); },
+        .onTargeted = [this, index](bool targeted) { m_columns->setPaneTargeted(index, targeted); }};
+    attachDragDrop(pane, folder, m_state, m_platform);
 }
 
 std::size_t FileBrowserView::itemCount() {

@@ -2,6 +2,7 @@
 
 #include "platform/Platform.h"
 #include "platform/linux/AutostartLoginItems.h"
+#include "platform/linux/BackgroundFileOperations.h"
 #include "platform/linux/DBusOpenRequests.h"
 #include "platform/linux/DesktopShortcuts.h"
 #include "platform/linux/FileManagerPlaces.h"
@@ -16,8 +17,11 @@
 #include "platform/linux/PlistUserDefaults.h"
 #include "platform/linux/PortalColorScheme.h"
 #include "platform/linux/PosixFileManager.h"
+#include "platform/linux/PosixNewFiles.h"
 #include "platform/linux/PosixShell.h"
 #include "platform/linux/QtAlerts.h"
+#include "platform/linux/QtDownloads.h"
+#include "platform/linux/QtImageCodec.h"
 #include "platform/linux/QtMainQueue.h"
 #include "platform/linux/QtScreens.h"
 #include "platform/linux/QtSoftwareUpdate.h"
@@ -28,6 +32,7 @@
 #include "platform/linux/X11WindowManager.h"
 #include "platform/linux/XKeyboard.h"
 #include "platform/linux/XdgStandardFolders.h"
+#include "platform/linux/XcbDirectSave.h"
 #include "platform/linux/XdgWorkspace.h"
 #include "platform/linux/XkbKeyboardLayout.h"
 
@@ -63,10 +68,15 @@ private:
     PathBookmarks m_bookmarks;
     PortalColorScheme m_colorScheme;
     FileManagerPlaces m_desktopPlaces;
+    XcbDirectSave m_directSave;
+    QtDownloads m_downloads;
+    BackgroundFileOperations m_fileOperations;
+    QtImageCodec m_imageCodec;
     XkbKeyboardLayout m_keyboardLayout;
     std::unique_ptr<HotKeys> m_hotKeys;
     AutostartLoginItems m_loginItems;
     HomeMetadataQuery m_metadataQuery;
+    PosixNewFiles m_newFiles;
     DBusOpenRequests m_openRequests;
     X11PointerEvents m_pointerEvents;
     PlistPropertyLists m_propertyLists;
