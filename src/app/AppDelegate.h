@@ -22,6 +22,7 @@ class AppSettings;
 class BrowserState;
 class PickerPanel;
 class Popover;
+class QuickLookWindow;
 class RootView;
 struct Platform;
 
@@ -86,6 +87,7 @@ private:
     std::unique_ptr<StatusItem> m_statusItem;
     std::unique_ptr<PickerPanel> m_panel;
     std::unique_ptr<Popover> m_popover;
+    std::unique_ptr<QuickLookWindow> m_quickLook;
     std::vector<Subscription> m_cancellables;
     std::optional<Subscription> m_popoverGlobalClickMonitor;
     bool m_dragInFlight = false;
