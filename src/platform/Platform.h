@@ -4,6 +4,7 @@ namespace taliro {
 
 class Alerts;
 class Bookmarks;
+class ColorScheme;
 class DesktopPlaces;
 class DirectoryEvents;
 class FileManager;
@@ -11,6 +12,7 @@ class LoginItems;
 class MainQueue;
 class MetadataQuery;
 class OpenRequests;
+class PointerEvents;
 class PreviewService;
 class PropertyLists;
 class Screens;
@@ -23,6 +25,7 @@ class Thumbnailer;
 class TypeCatalog;
 class UserDefaults;
 class Volumes;
+class WindowManager;
 class Workspace;
 
 /// What the program needs of a desktop, one service a member. Made once in `main` and handed down;
@@ -30,6 +33,7 @@ class Workspace;
 struct Platform {
     Alerts& alerts;
     Bookmarks& bookmarks;
+    ColorScheme& colorScheme;
     DesktopPlaces& desktopPlaces;
     DirectoryEvents& directoryEvents;
     FileManager& fileManager;
@@ -37,6 +41,7 @@ struct Platform {
     MainQueue& mainQueue;
     MetadataQuery& metadataQuery;
     OpenRequests& openRequests;
+    PointerEvents& pointerEvents;
     PreviewService& previews;
     PropertyLists& propertyLists;
     Screens& screens;
@@ -49,6 +54,7 @@ struct Platform {
     TypeCatalog& typeCatalog;
     UserDefaults& userDefaults;
     Volumes& volumes;
+    WindowManager& windowManager;
     Workspace& workspace;
 
     /// The platform that the process's shared objects stand on. `install` comes before their first use.

@@ -2,6 +2,7 @@
 
 #include "platform/Alerts.h"
 #include "platform/Bookmarks.h"
+#include "platform/ColorScheme.h"
 #include "platform/DesktopPlaces.h"
 #include "platform/DirectoryEvents.h"
 #include "platform/FileManager.h"
@@ -9,6 +10,7 @@
 #include "platform/MetadataQuery.h"
 #include "platform/OpenRequests.h"
 #include "platform/Platform.h"
+#include "platform/PointerEvents.h"
 #include "platform/PreviewService.h"
 #include "platform/PropertyLists.h"
 #include "platform/Screens.h"
@@ -20,6 +22,7 @@
 #include "platform/TypeCatalog.h"
 #include "platform/UserDefaults.h"
 #include "platform/Volumes.h"
+#include "platform/WindowManager.h"
 #include "platform/Workspace.h"
 #include "support/HandQueue.h"
 
@@ -427,17 +430,54 @@ struct FakeThumbnailer : Thumbnailer {
     }
 };
 
+struct FakeColorScheme : ColorScheme {
+    bool dark = false;
+    Observers<bool> observers;
+    bool isDark() const override { return dark; }
+    Subscription observe(std::function<void(bool)> observer) override {
+        return observers.add(std::move(observer));
+    }
+};
+
+struct FakePointerEvents : PointerEvents {
+    Observers<Point> presses;
+    Subscription observeGlobalMouseDown(std::function<void(Point)> observer) override {
+        return presses.add(std::move(observer));
+    }
+};
+
+struct FakeWindowManager : WindowManager {
+    bool composited = false;
+    WindowId focused = 0;
+    Observers<> compositing;
+    Observers<> workspace;
+    void floatEverywhere(WindowId, Taskbar) override {}
+    void setTaskbar(WindowId, Taskbar) override {}
+    void focus(WindowId window) override { focused = window; }
+    void raise(WindowId) override {}
+    void setVisibleArea(WindowId, Rect, Size) override {}
+    bool isComposited() override { return composited; }
+    Subscription observeCompositing(std::function<void()> observer) override {
+        return compositing.add(std::move(observer));
+    }
+    Subscription observeWorkspace(std::function<void()> observer) override {
+        return workspace.add(std::move(observer));
+    }
+};
+
 /// A desktop that the test holds in its hands: each service is a stand-in whose state is open.
 struct FakePlatform {
     FakeFileManager fileManager;
     FakeAlerts alerts;
     FakeBookmarks bookmarks{fileManager};
+    FakeColorScheme colorScheme;
     FakeDesktopPlaces desktopPlaces;
     FakeDirectoryEvents directoryEvents;
     FakeLoginItems loginItems;
     HandQueue mainQueue;
     FakeMetadataQuery metadataQuery;
     FakeOpenRequests openRequests;
+    FakePointerEvents pointerEvents;
     FakePreviews previews;
     FakePropertyLists propertyLists;
     FakeScreens screens;
@@ -450,11 +490,13 @@ struct FakePlatform {
     FakeTypeCatalog typeCatalog;
     FakeUserDefaults userDefaults;
     FakeVolumes volumes;
+    FakeWindowManager windowManager;
     FakeWorkspace workspace;
 
     Platform platform{
         .alerts = alerts,
         .bookmarks = bookmarks,
+        .colorScheme = colorScheme,
         .desktopPlaces = desktopPlaces,
         .directoryEvents = directoryEvents,
         .fileManager = fileManager,
@@ -462,6 +504,7 @@ struct FakePlatform {
         .mainQueue = mainQueue,
         .metadataQuery = metadataQuery,
         .openRequests = openRequests,
+        .pointerEvents = pointerEvents,
         .previews = previews,
         .propertyLists = propertyLists,
         .screens = screens,
@@ -474,6 +517,7 @@ struct FakePlatform {
         .typeCatalog = typeCatalog,
         .userDefaults = userDefaults,
         .volumes = volumes,
+        .windowManager = windowManager,
         .workspace = workspace,
     };
 };
