@@ -63,7 +63,7 @@ QSize toQSize(Size size) {
 
 PickerPanel::PickerPanel(Platform& platform, AppSettings& settings, MainMenu& menu)
     : FloatingWindow(platform, QStringLiteral("Taliro")), m_settings(settings), m_grips(*this) {
-    setObjectName(QStringLiteral("PickerPanel"));
+    setWindowRole(QStringLiteral("panel"));
     addTitleBar(menu);
     setFrameLimits(toQSize(Placement::minimumSize), toQSize(Placement::maximumSize));
     restoreFrame();
