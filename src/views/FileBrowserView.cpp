@@ -43,6 +43,19 @@ Layout* tightLayout(QWidget* widget) {
     return layout;
 }
 
+/// A label in the colour of what is read second.
+class QuietLabel : public QLabel {
+public:
+    using QLabel::QLabel;
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setPen(colors().text2);
+        painter.drawText(rect(), Qt::AlignCenter, text());
+    }
+};
+
 } // namespace
 
 FileBrowserView::FileBrowserView(Platform& platform, BrowserState& state, DirectoryWatcher& watcher,
@@ -110,9 +123,8 @@ QWidget* FileBrowserView::buildPathRow() {
     auto* goTo = new ToolButton("arrow.right.circle", tr("Go to folder… (⌘⇧G)"), 15, row);
     connect(goTo, &QToolButton::clicked, this, [this] { openGoToPath(); });
     layout->addWidget(goTo);
-    m_itemCount = new QLabel(row);
+    m_itemCount = new QuietLabel(row);
     m_itemCount->setFont(Theme::current().font(metrics::list));
-    m_itemCount->setForegroundRole(QPalette::PlaceholderText);
     m_itemCount->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     layout->addWidget(m_itemCount);
     return row;
@@ -202,19 +214,36 @@ void FileBrowserView::showContent(Content content) {
     switch (content) {
     case Content::icons:
         shown = m_grid = new IconGridView(m_platform, m_state, parent);
+        attachDragDrop(*m_grid, currentFolder(), m_state, m_platform);
         break;
     case Content::list:
         shown = m_list = new FileListView(m_platform, m_state, parent);
+        attachDragDrop(*m_list, currentFolder(), m_state, m_platform);
         break;
     case Content::columns:
         shown = m_columns = new ColumnsView(m_platform, m_state, parent);
         m_columns->onRowsChanged = [this] { refreshPathRow(); };
+        m_columns->onPaneMade = [this](ColumnPane& pane, std::size_t index) { attachToPane(pane, index); };
         break;
     }
     m_contentRow->insertWidget(0, shown, 1);
     shown->show();
     if (hadFocus || !QApplication::focusWidget())
         focusContent();
+}
+
+ItemViewFolder FileBrowserView::currentFolder() {
+    return {.shown = [this] { return m_state.currentURL.get().asDirectory(); },
+            .open = [this](Url const& folder) { m_state.navigate(folder); },
+            .onTargeted = {}};
+}
+
+void FileBrowserView::attachToPane(ColumnPane& pane, std::size_t index) {
+    ItemViewFolder const folder{
+        .shown = [&pane] { return pane.root().asDirectory(); },
+        .open = [this, index](Url const& opened) { m_columns->open(opened, index); },
+        .onTargeted = [this, index](bool targeted) { m_columns->setPaneTargeted(index, targeted); }};
+    attachDragDrop(pane, folder, m_state, m_platform);
 }
 
 std::size_t FileBrowserView::itemCount() {

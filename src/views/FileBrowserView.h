@@ -2,6 +2,7 @@
 
 #include "browsing/GoToPath.h"
 #include "browsing/Rows.h"
+#include "dragdrop/ItemViewDragDrop.h"
 #include "foundation/Refresher.h"
 
 #include <QPointer>
@@ -14,6 +15,7 @@ namespace taliro {
 
 class AppSettings;
 class BrowserToolbar;
+class ColumnPane;
 class ColumnsView;
 class FileListView;
 class IconGridView;
@@ -48,6 +50,8 @@ private:
     void refresh();
     Content wantedContent() const;
     void showContent(Content content);
+    ItemViewFolder currentFolder();
+    void attachToPane(ColumnPane& pane, std::size_t index);
     void refreshPathRow();
     void toggleInspector(bool show);
     std::size_t itemCount();
