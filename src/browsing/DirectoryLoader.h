@@ -18,12 +18,15 @@ namespace DirectoryLoader {
 std::vector<FileEntry> load(Platform& platform, Url const& folder, std::string_view filter, SortKey sortKey,
                             bool ascending);
 
+/// Everything in `folder` that isn't hidden, in the file system's order; nothing of an unreadable folder.
+/// Blocks.
+std::vector<FileEntry> list(Platform& platform, Url const& folder);
+/// Those of `names` that are in `folder` and not hidden. Blocks.
+std::vector<FileEntry> list(Platform& platform, Url const& folder, std::vector<std::string> const& names);
+
 /// The filter as `matches` takes it: trimmed of spaces and tabs, lowercased.
 std::string normalizedFilter(std::string_view filter);
 bool matches(std::string_view name, std::string_view normalizedFilter);
-
-/// Orders as `sortsBefore` says; what it holds tied stays in its order.
-void sort(std::vector<FileEntry>& entries, SortKey sortKey, bool ascending);
 
 } // namespace DirectoryLoader
 

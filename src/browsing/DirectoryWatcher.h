@@ -8,6 +8,8 @@
 
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace taliro {
 
@@ -29,11 +31,20 @@ public:
     void watch(Url const& url);
     void stop();
     std::optional<Url> const& watchedURL() const { return m_watchedURL; }
+    /// Names of the folder's items that changed since `tick` was `since`; nothing where all may have.
+    std::optional<std::vector<std::string>> changedSince(int since) const;
     /// Whether the system tells of changes to the folder; if not, only announced ones count.
     bool isLive() const { return m_source != nullptr; }
 
 private:
+    struct Change {
+        int tick = 0; ///< what `tick` becomes when the change is told
+        std::string name;
+    };
+
     void coalesceAndBump();
+    void note(DirectoryEvents::Changed const& changed);
+    void forgetChanges();
     void bump() { tick = tick.get() + 1; }
 
     DirectoryEvents& m_events;
@@ -42,6 +53,8 @@ private:
     std::optional<Url> m_watchedURL;
     WorkItem m_coalesceWindow;
     bool m_moreEventsDuringWindow = false;
+    std::vector<Change> m_changes;
+    int m_changesKnownSince = 0; ///< of what happened before this tick nothing is known
     Subscription m_manualRefresh;
 };
 

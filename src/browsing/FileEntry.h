@@ -23,6 +23,11 @@ struct FileEntry {
 
     /// The name with its extension, in the file system's bytes.
     std::string name() const { return url.lastPathComponent(); }
+    /// The same without a copy, for loops over many entries; lives as long as `url`.
+    std::string_view nameView() const {
+        std::string_view const path = url.path();
+        return path.size() > 1 ? path.substr(path.rfind('/') + 1) : path;
+    }
 
     bool operator==(FileEntry const&) const = default;
 };

@@ -5,7 +5,10 @@
 #include <expected>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 #include <system_error>
+#include <vector>
 
 namespace taliro {
 
@@ -16,12 +19,14 @@ public:
     public:
         virtual ~Source() = default; ///< ends the watch
     };
+    /// Names of the items that changed; nothing where all may have, as when events were lost.
+    using Changed = std::optional<std::vector<std::string>>;
     virtual ~DirectoryEvents() = default;
 
     /// `onEvent` is called on the main thread, once an event or burst of events, also when the folder itself
     /// goes or events were lost. Fails where the folder can't be watched.
-    virtual std::expected<std::unique_ptr<Source>, std::errc> watch(Url const& folder,
-                                                                    std::function<void()> onEvent) = 0;
+    virtual std::expected<std::unique_ptr<Source>, std::errc>
+    watch(Url const& folder, std::function<void(Changed const&)> onEvent) = 0;
 };
 
 } // namespace taliro

@@ -4,6 +4,7 @@ namespace taliro {
 
 class Alerts;
 class Bookmarks;
+class ColorScheme;
 class DesktopPlaces;
 class DirectoryEvents;
 class FileManager;
@@ -13,6 +14,8 @@ class LoginItems;
 class MainQueue;
 class MetadataQuery;
 class OpenRequests;
+class PointerEvents;
+class PreviewService;
 class PropertyLists;
 class Screens;
 class ScriptInterpreter;
@@ -21,9 +24,11 @@ class SoftwareUpdate;
 class StandardFolders;
 class StatusBar;
 class SystemShortcuts;
+class Thumbnailer;
 class TypeCatalog;
 class UserDefaults;
 class Volumes;
+class WindowManager;
 class Workspace;
 
 /// What the program needs of a desktop, one service a member. Made once in `main` and handed down;
@@ -31,6 +36,7 @@ class Workspace;
 struct Platform {
     Alerts& alerts;
     Bookmarks& bookmarks;
+    ColorScheme& colorScheme;
     DesktopPlaces& desktopPlaces;
     DirectoryEvents& directoryEvents;
     FileManager& fileManager;
@@ -40,6 +46,8 @@ struct Platform {
     MainQueue& mainQueue;
     MetadataQuery& metadataQuery;
     OpenRequests& openRequests;
+    PointerEvents& pointerEvents;
+    PreviewService& previews;
     PropertyLists& propertyLists;
     Screens& screens;
     ScriptInterpreter& scriptInterpreter;
@@ -48,9 +56,11 @@ struct Platform {
     StandardFolders& standardFolders;
     StatusBar& statusBar;
     SystemShortcuts& systemShortcuts;
+    Thumbnailer& thumbnailer;
     TypeCatalog& typeCatalog;
     UserDefaults& userDefaults;
     Volumes& volumes;
+    WindowManager& windowManager;
     Workspace& workspace;
 
     /// The platform that the process's shared objects stand on. `install` comes before their first use.

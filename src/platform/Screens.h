@@ -38,6 +38,7 @@ struct ScreenInfo {
     Rect frame;
     Rect visibleFrame; ///< without panels and docks
     bool isMain = false;
+    double scale = 1; ///< pixels a point
 };
 
 class Screens {

@@ -323,6 +323,14 @@ QSize Style::sizeFromContents(ContentsType type, QStyleOption const* option, QSi
     return QProxyStyle::sizeFromContents(type, option, size, widget);
 }
 
+QRect Style::subElementRect(SubElement element, QStyleOption const* option, QWidget const* widget) const {
+    auto const rect = QProxyStyle::subElementRect(element, option, widget);
+    auto const* frame = qstyleoption_cast<QStyleOptionFrame const*>(option);
+    if (element == SE_LineEditContents && frame && frame->lineWidth > 0)
+        return rect.adjusted(4, 0, -4, 0);
+    return rect;
+}
+
 QRect Style::subControlRect(ComplexControl control, QStyleOptionComplex const* option, SubControl part,
                             QWidget const* widget) const {
     if (control == CC_ScrollBar) {

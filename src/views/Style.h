@@ -23,6 +23,8 @@ public:
     QIcon standardIcon(StandardPixmap icon, QStyleOption const* option, QWidget const* widget) const override;
     QSize sizeFromContents(ContentsType type, QStyleOption const* option, QSize const& size,
                            QWidget const* widget) const override;
+    QRect subElementRect(SubElement element, QStyleOption const* option,
+                         QWidget const* widget) const override;
     QRect subControlRect(ComplexControl control, QStyleOptionComplex const* option, SubControl part,
                          QWidget const* widget) const override;
     void drawPrimitive(PrimitiveElement element, QStyleOption const* option, QPainter* painter,

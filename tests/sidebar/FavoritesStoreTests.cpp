@@ -75,7 +75,7 @@ TEST_F(FavoritesStoreTest, RemovesByUrlAndDropsWhatNoLongerResolves) {
     store->removeFavorite(store->items->front());
     EXPECT_EQ(stored(), 4u);
 
-    desktop.fileManager.items.erase("/home/mira/Desktop");
+    desktop.fileManager.tree.erase("/home/mira/Desktop");
     desktop.fileManager.addFolder("/home/mira/Papers");
     desktop.bookmarks.renamed["/home/mira/Documents"] = "/home/mira/Papers";
     store->removeFavorite(

@@ -2,6 +2,7 @@
 
 #include "platform/Alerts.h"
 #include "platform/Bookmarks.h"
+#include "platform/ColorScheme.h"
 #include "platform/DesktopPlaces.h"
 #include "platform/DirectoryEvents.h"
 #include "platform/FileManager.h"
@@ -9,15 +10,19 @@
 #include "platform/MetadataQuery.h"
 #include "platform/OpenRequests.h"
 #include "platform/Platform.h"
+#include "platform/PointerEvents.h"
+#include "platform/PreviewService.h"
 #include "platform/PropertyLists.h"
 #include "platform/Screens.h"
 #include "platform/Shell.h"
 #include "platform/SoftwareUpdate.h"
 #include "platform/StandardFolders.h"
 #include "platform/StatusBar.h"
+#include "platform/Thumbnailer.h"
 #include "platform/TypeCatalog.h"
 #include "platform/UserDefaults.h"
 #include "platform/Volumes.h"
+#include "platform/WindowManager.h"
 #include "platform/Workspace.h"
 #include "support/FakeKeyboard.h"
 #include "support/HandQueue.h"
@@ -43,39 +48,39 @@ struct FakeAlerts : Alerts {
 
 struct FakeDirectoryEvents : DirectoryEvents {
     struct FakeSource : Source {
-        FakeSource(FakeDirectoryEvents& owner, std::string path, std::function<void()> onEvent)
+        FakeSource(FakeDirectoryEvents& owner, std::string path, std::function<void(Changed const&)> onEvent)
             : owner(owner), path(std::move(path)), onEvent(std::move(onEvent)) {
             owner.sources.insert(this);
         }
         ~FakeSource() override { owner.sources.erase(this); }
         FakeDirectoryEvents& owner;
         std::string path;
-        std::function<void()> onEvent;
+        std::function<void(Changed const&)> onEvent;
     };
     std::set<FakeSource*> sources;
     int watches = 0;   ///< how often a watch was asked for
     bool fail = false; ///< as where no more watches are to be had
 
-    std::expected<std::unique_ptr<Source>, std::errc> watch(Url const& folder,
-                                                            std::function<void()> onEvent) override {
+    std::expected<std::unique_ptr<Source>, std::errc>
+    watch(Url const& folder, std::function<void(Changed const&)> onEvent) override {
         ++watches;
         if (fail)
             return std::unexpected(std::errc::no_space_on_device);
         return std::make_unique<FakeSource>(*this, folder.path(), std::move(onEvent));
     }
-    void change(std::string const& path) {
+    void change(std::string const& path, Changed const& names = std::nullopt) {
         auto const current = sources;
         for (auto* source : current)
             if (sources.contains(source) && source->path == path)
-                source->onEvent();
+                source->onEvent(names);
     }
 };
 
 /// A file system in memory: paths and what is known of them.
 struct FakeFileManager : FileManager {
-    std::map<std::string, FileAttributes> items{{"/", {.isDirectory = true}},
-                                                {"/home", {.isDirectory = true}},
-                                                {"/home/mira", {.isDirectory = true}}};
+    std::map<std::string, FileAttributes> tree{{"/", {.isDirectory = true}},
+                                               {"/home", {.isDirectory = true}},
+                                               {"/home/mira", {.isDirectory = true}}};
     std::map<std::string, std::string> contentsOf; ///< bytes by path
     std::set<std::string> unreadable;
     std::errc createError{};
@@ -83,19 +88,19 @@ struct FakeFileManager : FileManager {
 
     Url addFolder(std::string const& path, FileAttributes known = {}) {
         known.isDirectory = true;
-        items[path] = known;
+        tree[path] = known;
         return Url::file(path, true);
     }
     Url addFile(std::string const& path, FileAttributes known = {.isRegular = true}) {
-        items[path] = known;
+        tree[path] = known;
         return Url::file(path, false);
     }
 
     std::expected<std::vector<ListedItem>, std::errc> contents(Url const& folder, Hidden hidden) override {
         ++listings;
         auto const path = folder.path();
-        auto const found = items.find(path);
-        if (found == items.end())
+        auto const found = tree.find(path);
+        if (found == tree.end())
             return std::unexpected(std::errc::no_such_file_or_directory);
         if (!found->second.isDirectory)
             return std::unexpected(std::errc::not_a_directory);
@@ -103,7 +108,7 @@ struct FakeFileManager : FileManager {
             return std::unexpected(std::errc::permission_denied);
         std::vector<ListedItem> listed;
         auto const prefix = path == "/" ? path : path + "/";
-        for (auto const& [item, known] : items) {
+        for (auto const& [item, known] : tree) {
             if (!item.starts_with(prefix) || item.size() == prefix.size())
                 continue;
             auto name = item.substr(prefix.size());
@@ -113,6 +118,15 @@ struct FakeFileManager : FileManager {
                 {std::move(name), unreadable.contains(item) ? std::nullopt : std::optional(known)});
         }
         return listed;
+    }
+    std::vector<ListedItem> items(Url const& folder, std::vector<std::string> const& names,
+                                  Hidden hidden) override {
+        std::vector<ListedItem> found;
+        for (auto const& name : names)
+            if (auto const item = folder.appending(name);
+                exists(item) && (hidden == Hidden::include || name[0] != '.'))
+                found.push_back({name, attributes(item)});
+        return found;
     }
     std::optional<std::vector<std::string>> subfolders(Url const& folder, Hidden hidden) override {
         auto const listed = contents(folder, hidden);
@@ -125,14 +139,14 @@ struct FakeFileManager : FileManager {
         return names;
     }
     std::optional<FileAttributes> attributes(Url const& item) override {
-        auto const found = items.find(item.path());
-        return found == items.end() || unreadable.contains(item.path()) ? std::nullopt
-                                                                        : std::optional(found->second);
+        auto const found = tree.find(item.path());
+        return found == tree.end() || unreadable.contains(item.path()) ? std::nullopt
+                                                                       : std::optional(found->second);
     }
-    bool exists(Url const& item) override { return item.isFile() && items.contains(item.path()); }
+    bool exists(Url const& item) override { return item.isFile() && tree.contains(item.path()); }
     bool isDirectory(Url const& item) override {
-        auto const found = items.find(item.path());
-        return item.isFile() && found != items.end() && found->second.isDirectory;
+        auto const found = tree.find(item.path());
+        return item.isFile() && found != tree.end() && found->second.isDirectory;
     }
     bool isWritable(Url const& folder) override { return isDirectory(folder); }
     std::expected<void, std::errc> createDirectory(Url const& folder) override {
@@ -384,19 +398,90 @@ struct FakeVolumes : Volumes {
     }
 };
 
+/// No previews at all.
+struct FakePreviews : PreviewService {
+    PreviewKind previewKind(Url const&, bool isDirectory) override {
+        return isDirectory ? PreviewKind::folder : PreviewKind::other;
+    }
+    Subscription page(PageRequest, std::function<void(std::optional<PagePicture>)>) override { return {}; }
+    Subscription text(Url const&, std::size_t, std::function<void(std::optional<TextPreview>)>) override {
+        return {};
+    }
+    Subscription summary(Url const&, std::function<void(ContentSummary const&)>) override { return {}; }
+};
+
+/// Thumbnails that come when the test says so.
+struct FakeThumbnailer : Thumbnailer {
+    struct Pending {
+        ThumbnailRequest request;
+        std::function<void(std::optional<Picture>)> completion;
+    };
+    std::map<int, Pending> pending; ///< by the order of the requests
+    int requests = 0;
+
+    Subscription request(ThumbnailRequest request,
+                         std::function<void(std::optional<Picture>)> completion) override {
+        auto const id = requests++;
+        pending.emplace(id, Pending{std::move(request), std::move(completion)});
+        return Subscription([this, id] { pending.erase(id); });
+    }
+    void answerAll(std::optional<Picture> const& picture) {
+        for (auto const& [id, asked] : std::exchange(pending, {}))
+            asked.completion(picture);
+    }
+};
+
+struct FakeColorScheme : ColorScheme {
+    bool dark = false;
+    Observers<bool> observers;
+    bool isDark() const override { return dark; }
+    Subscription observe(std::function<void(bool)> observer) override {
+        return observers.add(std::move(observer));
+    }
+};
+
+struct FakePointerEvents : PointerEvents {
+    Observers<Point> presses;
+    Subscription observeGlobalMouseDown(std::function<void(Point)> observer) override {
+        return presses.add(std::move(observer));
+    }
+};
+
+struct FakeWindowManager : WindowManager {
+    bool composited = false;
+    WindowId focused = 0;
+    Observers<> compositing;
+    Observers<> workspace;
+    void floatEverywhere(WindowId, Taskbar) override {}
+    void setTaskbar(WindowId, Taskbar) override {}
+    void focus(WindowId window) override { focused = window; }
+    void raise(WindowId) override {}
+    void setVisibleArea(WindowId, Rect, Size) override {}
+    bool isComposited() override { return composited; }
+    Subscription observeCompositing(std::function<void()> observer) override {
+        return compositing.add(std::move(observer));
+    }
+    Subscription observeWorkspace(std::function<void()> observer) override {
+        return workspace.add(std::move(observer));
+    }
+};
+
 /// A desktop that the test holds in its hands: each service is a stand-in whose state is open.
 struct FakePlatform {
-    FakeAlerts alerts;
-    FakeDirectoryEvents directoryEvents;
     FakeFileManager fileManager;
+    FakeAlerts alerts;
+    FakeBookmarks bookmarks{fileManager};
+    FakeColorScheme colorScheme;
+    FakeDesktopPlaces desktopPlaces;
+    FakeDirectoryEvents directoryEvents;
     FakeHotKeys hotKeys;
     FakeKeyboardLayout keyboardLayout;
-    FakeBookmarks bookmarks{fileManager};
-    FakeDesktopPlaces desktopPlaces;
     FakeLoginItems loginItems;
     HandQueue mainQueue;
     FakeMetadataQuery metadataQuery;
     FakeOpenRequests openRequests;
+    FakePointerEvents pointerEvents;
+    FakePreviews previews;
     FakePropertyLists propertyLists;
     FakeScreens screens;
     FakeScriptInterpreter scriptInterpreter;
@@ -405,14 +490,17 @@ struct FakePlatform {
     FakeStandardFolders standardFolders;
     FakeStatusBar statusBar;
     FakeSystemShortcuts systemShortcuts;
+    FakeThumbnailer thumbnailer;
     FakeTypeCatalog typeCatalog;
     FakeUserDefaults userDefaults;
     FakeVolumes volumes;
+    FakeWindowManager windowManager;
     FakeWorkspace workspace;
 
     Platform platform{
         .alerts = alerts,
         .bookmarks = bookmarks,
+        .colorScheme = colorScheme,
         .desktopPlaces = desktopPlaces,
         .directoryEvents = directoryEvents,
         .fileManager = fileManager,
@@ -422,6 +510,8 @@ struct FakePlatform {
         .mainQueue = mainQueue,
         .metadataQuery = metadataQuery,
         .openRequests = openRequests,
+        .pointerEvents = pointerEvents,
+        .previews = previews,
         .propertyLists = propertyLists,
         .screens = screens,
         .scriptInterpreter = scriptInterpreter,
@@ -430,9 +520,11 @@ struct FakePlatform {
         .standardFolders = standardFolders,
         .statusBar = statusBar,
         .systemShortcuts = systemShortcuts,
+        .thumbnailer = thumbnailer,
         .typeCatalog = typeCatalog,
         .userDefaults = userDefaults,
         .volumes = volumes,
+        .windowManager = windowManager,
         .workspace = workspace,
     };
 };

@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <cstring>
 #include <map>
-#include <set>
 #include <sys/inotify.h>
 
 namespace taliro {
@@ -40,7 +39,7 @@ public:
         ++m_listeners[watch].count;
         return watch;
     }
-    Subscription listen(int watch, std::function<void()> onEvent) {
+    Subscription listen(int watch, std::function<void(Changed const&)> onEvent) {
         return m_listeners[watch].observers.add(std::move(onEvent));
     }
     void release(int watch) {
@@ -54,12 +53,12 @@ public:
 private:
     struct Listeners {
         int count = 0;
-        Observers<> observers;
+        Observers<Changed const&> observers;
     };
 
     /// Reads what the kernel has queued, then tells each watch once.
     void drain() {
-        std::set<int> touched;
+        std::map<int, Changed> touched;
         alignas(inotify_event) std::array<char, 64 * 1024> buffer;
         for (;;) {
             auto const read = ::read(m_descriptor.get(), buffer.data(), buffer.size());
@@ -68,19 +67,32 @@ private:
             for (long position = 0; position < read;) {
                 inotify_event event;
                 std::memcpy(&event, buffer.data() + position, sizeof event);
+                std::string_view name;
+                if (event.len > 0) // Filled up with zeros.
+                    name = buffer.data() + position + sizeof event;
                 position += static_cast<long>(sizeof event + event.len);
                 if (event.mask & IN_Q_OVERFLOW) // Events were lost: any folder may have changed.
                     for (auto const& [watch, listeners] : m_listeners)
-                        touched.insert(watch);
+                        touched[watch].reset();
                 else
-                    touched.insert(event.wd);
+                    note(touched, event.wd, name);
             }
         }
-        for (int watch : touched)
+        for (auto const& [watch, changed] : touched)
             if (auto const found = m_listeners.find(watch); found != m_listeners.end()) {
                 auto const observers = found->second.observers; // A listener may end the watch.
-                observers.notify();
+                observers.notify(changed);
             }
+    }
+
+    /// An event without a name is the folder's own: all of it may have changed.
+    static void note(std::map<int, Changed>& touched, int watch, std::string_view name) {
+        auto const [entry, isNew] = touched.try_emplace(watch, Changed::value_type());
+        auto& changed = entry->second;
+        if (name.empty() || name == ".hidden")
+            changed.reset();
+        else if (changed && (changed->empty() || changed->back() != name)) // A write comes as many events.
+            changed->emplace_back(name);
     }
 
     FileDescriptor m_descriptor;
@@ -113,7 +125,7 @@ InotifyDirectoryEvents::InotifyDirectoryEvents() : m_queue(std::make_shared<Queu
 InotifyDirectoryEvents::~InotifyDirectoryEvents() = default;
 
 std::expected<std::unique_ptr<DirectoryEvents::Source>, std::errc>
-InotifyDirectoryEvents::watch(Url const& folder, std::function<void()> onEvent) {
+InotifyDirectoryEvents::watch(Url const& folder, std::function<void(Changed const&)> onEvent) {
     if (!*m_queue)
         return std::unexpected(std::errc::too_many_files_open);
     auto const watch = m_queue->add(folder);

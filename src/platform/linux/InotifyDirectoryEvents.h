@@ -13,8 +13,8 @@ public:
     InotifyDirectoryEvents();
     ~InotifyDirectoryEvents() override;
 
-    std::expected<std::unique_ptr<Source>, std::errc> watch(Url const& folder,
-                                                            std::function<void()> onEvent) override;
+    std::expected<std::unique_ptr<Source>, std::errc>
+    watch(Url const& folder, std::function<void(Changed const&)> onEvent) override;
 
 private:
     class Queue;

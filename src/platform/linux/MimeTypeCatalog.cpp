@@ -2,6 +2,7 @@
 
 #include <QImageReader>
 #include <QMimeDatabase>
+#include <atomic>
 #include <mutex>
 
 namespace taliro {
@@ -34,7 +35,10 @@ std::string sentenceCased(QString text) {
 
 } // namespace
 
-MimeTypeCatalog::MimeTypeCatalog() = default;
+MimeTypeCatalog::MimeTypeCatalog() {
+    static std::atomic<std::uint64_t> count{0};
+    m_serial = ++count;
+}
 MimeTypeCatalog::~MimeTypeCatalog() = default;
 
 MimeTypeCatalog::Known MimeTypeCatalog::lookUp(std::string_view name, bool isDirectory) const {
@@ -47,6 +51,11 @@ MimeTypeCatalog::Known MimeTypeCatalog::lookUp(std::string_view name, bool isDir
     auto const type =
         database.mimeTypeForFile(QString::fromUtf8(example.data(), static_cast<qsizetype>(example.size())),
                                  QMimeDatabase::MatchExtension);
+    // Of types that share an extension, a font is what people have (.otf is a rare document's, too).
+    if (auto const all = database.mimeTypesForFileName(QString::fromStdString(example)); all.size() > 1)
+        for (auto const& other : all)
+            if (other.name().startsWith(QStringLiteral("font/")))
+                return {other.name().toStdString(), sentenceCased(other.comment())};
     if (type.isDefault())
         return {"application/octet-stream", "Document"};
     return {type.name().toStdString(), sentenceCased(type.comment())};
@@ -57,14 +66,14 @@ MimeTypeCatalog::Known const& MimeTypeCatalog::known(std::string_view name, bool
     // Each thread remembers its last answer: neighbours in a folder are often of one type.
     thread_local std::string lastKey;
     thread_local Known const* lastKnown = nullptr;
-    thread_local MimeTypeCatalog const* lastCatalog = nullptr;
-    if (lastCatalog == this && lastKnown && lastKey == key)
+    thread_local std::uint64_t lastCatalog = 0;
+    if (lastCatalog == m_serial && lastKnown && lastKey == key)
         return *lastKnown;
 
     auto remember = [&](Known const& known) -> Known const& {
         lastKey = key;
         lastKnown = &known;
-        lastCatalog = this;
+        lastCatalog = m_serial;
         return known;
     };
     {
@@ -104,6 +113,9 @@ std::string MimeTypeCatalog::genericIconName(std::string_view mimeType) {
 PixelSize MimeTypeCatalog::pixelSize(Url const& file) {
     // Qt decodes a name as UTF-8; one that isn't can only be reached through its bytes.
     QImageReader reader(QFile::decodeName(file.path().c_str()));
+    // A drawing has no pixels, and to tell its size it would have to be drawn.
+    if (reader.format().startsWith("svg"))
+        return {};
     auto size = reader.size();
     if (!size.isValid())
         return {};

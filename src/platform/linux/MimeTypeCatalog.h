@@ -32,6 +32,7 @@ private:
     struct TextHash : std::hash<std::string_view> {
         using is_transparent = void;
     };
+    std::uint64_t m_serial; ///< tells catalogs apart, also one that takes another's place in memory
     std::shared_mutex m_mutex;
     std::unordered_map<std::string, std::unique_ptr<Known const>, TextHash, std::equal_to<>> m_known;
 };

@@ -10,7 +10,6 @@
 #include <QFileSystemWatcher>
 #include <QGuiApplication>
 #include <QPalette>
-#include <QSettings>
 #include <QStandardPaths>
 
 namespace taliro {
@@ -47,25 +46,38 @@ bool isDarkTheme(QString const& name) {
            name.endsWith(QStringLiteral(":dark"), Qt::CaseInsensitive);
 }
 
+/// False without windows, where there is no palette to ask for.
+bool toolkitIsDark() {
+    return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) &&
+           QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
+}
+
 } // namespace
 
+// Read by ourselves: QSettings keeps a file's contents for as long as its time stamp stays the same.
 std::optional<bool> prefersDark(QString const& settingsIni) {
-    if (!QFile::exists(settingsIni))
+    QFile file(settingsIni);
+    if (!file.open(QIODevice::ReadOnly))
         return std::nullopt;
-    QSettings settings(settingsIni, QSettings::IniFormat);
-    settings.beginGroup(QStringLiteral("Settings"));
-    auto const flag = QStringLiteral("gtk-application-prefer-dark-theme");
-    if (settings.contains(flag))
-        return settings.value(flag).toString() == QStringLiteral("1") || settings.value(flag).toBool();
-    auto const theme = settings.value(QStringLiteral("gtk-theme-name")).toString();
-    if (theme.isEmpty())
-        return std::nullopt;
-    return isDarkTheme(theme);
+    std::optional<bool> flag;
+    std::optional<bool> theme;
+    bool inSettings = false;
+    for (auto const& line : QString::fromUtf8(file.read(64 * 1024)).split(QLatin1Char('\n'))) {
+        auto const trimmed = line.trimmed();
+        auto const key = trimmed.section(QLatin1Char('='), 0, 0).trimmed();
+        auto const value = trimmed.section(QLatin1Char('='), 1).trimmed();
+        if (trimmed.startsWith(QLatin1Char('[')))
+            inSettings = trimmed == QStringLiteral("[Settings]");
+        else if (inSettings && key == QStringLiteral("gtk-application-prefer-dark-theme"))
+            flag = value == QStringLiteral("1") || value == QStringLiteral("true");
+        else if (inSettings && key == QStringLiteral("gtk-theme-name"))
+            theme = isDarkTheme(value);
+    }
+    return flag ? flag : theme;
 }
 
 PortalColorScheme::PortalColorScheme()
-    : m_paletteIsDark(QGuiApplication::palette().color(QPalette::Window).lightness() < 128),
-      m_gtkFiles(new QFileSystemWatcher(this)) {
+    : m_toolkitIsDark(toolkitIsDark()), m_gtkFiles(new QFileSystemWatcher(this)) {
     connect(m_gtkFiles, &QFileSystemWatcher::fileChanged, this, &PortalColorScheme::readGtkSettings);
     readGtkSettings();
     askPortal();
@@ -75,8 +87,9 @@ void PortalColorScheme::askPortal() {
     auto bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return;
-    bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
-                SLOT(settingChanged(QString, QString, QDBusVariant)));
+    if (!bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
+                     SLOT(settingChanged(QDBusMessage))))
+        qWarning("The settings portal can't be listened to.");
     auto request = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Read"));
     request << appearance << colorScheme;
     auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(request), this);
@@ -90,10 +103,11 @@ void PortalColorScheme::askPortal() {
     });
 }
 
-void PortalColorScheme::settingChanged(QString const& group, QString const& key, QDBusVariant const& value) {
-    if (group != appearance || key != colorScheme)
+void PortalColorScheme::settingChanged(QDBusMessage const& signal) {
+    auto const arguments = signal.arguments(); // group, key, value
+    if (arguments.size() != 3 || arguments[0] != appearance || arguments[1] != colorScheme)
         return;
-    m_portal = preference(value.variant());
+    m_portal = preference(arguments[2]);
     update();
 }
 
@@ -112,7 +126,7 @@ void PortalColorScheme::readGtkSettings() {
 }
 
 void PortalColorScheme::update() {
-    auto const dark = m_portal.value_or(m_gtk.value_or(m_paletteIsDark));
+    auto const dark = m_portal.value_or(m_gtk.value_or(m_toolkitIsDark));
     if (dark == m_dark)
         return;
     m_dark = dark;

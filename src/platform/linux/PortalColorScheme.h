@@ -2,17 +2,17 @@
 
 #include "platform/ColorScheme.h"
 
+#include <QDBusMessage>
 #include <QObject>
 
 #include <optional>
 
-class QDBusVariant;
 class QFileSystemWatcher;
 
 namespace taliro {
 
 /// The settings portal's `color-scheme`. Where no portal answers or it has no preference: the GTK settings
-/// file, then how light the toolkit's own palette is.
+/// file, then what the toolkit takes the desktop for.
 class PortalColorScheme : public QObject, public ColorScheme {
     Q_OBJECT
 
@@ -26,7 +26,7 @@ public:
     }
 
 private Q_SLOTS:
-    void settingChanged(QString const& group, QString const& key, QDBusVariant const& value);
+    void settingChanged(QDBusMessage const& signal);
 
 private:
     void askPortal();
@@ -35,7 +35,7 @@ private:
 
     std::optional<bool> m_portal;
     std::optional<bool> m_gtk;
-    bool m_paletteIsDark;
+    bool m_toolkitIsDark;
     bool m_dark = false;
     QFileSystemWatcher* m_gtkFiles;
     Observers<bool> m_observers;

@@ -175,6 +175,24 @@ std::expected<std::vector<ListedItem>, std::errc> PosixFileManager::contents(Url
     return items;
 }
 
+std::vector<ListedItem> PosixFileManager::items(Url const& folder, std::vector<std::string> const& names,
+                                                Hidden hidden) {
+    FileDescriptor const descriptor(::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!descriptor)
+        return {};
+    auto const listed =
+        hidden == Hidden::skip ? namesHiddenByList(descriptor.get()) : std::unordered_set<std::string>();
+    std::vector<ListedItem> items;
+    for (auto const& name : names) {
+        if (hidden == Hidden::skip && (name.starts_with('.') || listed.contains(name)))
+            continue;
+        struct stat status {};
+        if (::fstatat(descriptor.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 || errno != ENOENT)
+            items.push_back({name, readAttributes(descriptor.get(), name.c_str())});
+    }
+    return items;
+}
+
 std::optional<std::vector<std::string>> PosixFileManager::subfolders(Url const& folder, Hidden hidden) {
     FileDescriptor const descriptor(::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!descriptor)

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "app/EdgeGrips.h"
+#include "app/FloatingWindow.h"
+#include "foundation/WorkItem.h"
+
+#include <vector>
+
+class QMenuBar;
+
+namespace taliro {
+
+class AppSettings;
+class MainMenu;
+class RootView;
+
+/// The browser as a window of its own that floats above others, takes the keyboard without bringing anything
+/// else forward, and remembers its frame.
+class PickerPanel : public FloatingWindow {
+    Q_OBJECT
+
+public:
+    PickerPanel(Platform& platform, AppSettings& settings, MainMenu& menu);
+
+    void setContent(RootView* content);
+    /// Whether the application is one of the taskbar, with a menu bar.
+    void setRegular(bool regular);
+    void moveFrame(Point origin);
+    void present() { FloatingWindow::present(true); }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    QWidget* firstResponder() override;
+    WindowManager::Taskbar taskbar() const override;
+
+private:
+    void addTitleBar(MainMenu& menu);
+    void restoreFrame();
+    void frameDidChange();
+    void saveFrame();
+    void comeBackOnScreen();
+
+    AppSettings& m_settings;
+    RootView* m_content = nullptr;
+    QMenuBar* m_menuBar = nullptr;
+    EdgeGrips m_grips;
+    bool m_regular = false;
+    WorkItem m_pendingSave;
+    std::vector<Subscription> m_subscriptions;
+};
+
+} // namespace taliro

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "foundation/Refresher.h"
+
+#include <QWidget>
+
+#include <vector>
+
+class QStackedLayout;
+
+namespace taliro {
+
+class AppSettings;
+class BrowserState;
+class DirectoryWatcher;
+struct Platform;
+
+/// What both the popover and the panel show: a title area, the browser in its full or its compact layout, and
+/// over them the messages.
+class RootView : public QWidget {
+    Q_OBJECT
+
+public:
+    RootView(Platform& platform, BrowserState& browser, DirectoryWatcher& watcher, AppSettings& settings);
+
+    /// What takes the keyboard when the browser is shown: the rows of files.
+    QWidget* firstResponder() const { return m_shown; }
+
+protected:
+    void resizeEvent(QResizeEvent*) override;
+    void mousePressEvent(QMouseEvent* event) override;
+
+private:
+    QWidget* makeTitle();
+    QWidget* makeFull();
+    QWidget* makeMini();
+    void showTitle();
+    void showBrowser();
+    void crossFadeFrom(QPixmap const& before);
+
+    Platform& m_platform;
+    BrowserState& m_browser;
+    DirectoryWatcher& m_watcher;
+    AppSettings& m_settings;
+    QWidget* m_title;
+    QWidget* m_strip;
+    QStackedLayout* m_stack;
+    QWidget* m_full = nullptr;
+    QWidget* m_mini = nullptr;
+    QWidget* m_shown = nullptr;
+    std::vector<QWidget*> m_overlays; ///< over everything, as large as this
+    Refresher m_refresher;
+};
+
+} // namespace taliro

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/PreviewService.h"
+#include "platform/linux/WorkerPool.h"
+
+#include <memory>
+
+namespace taliro {
+
+class MainQueue;
+class TypeCatalog;
+
+/// Previews: plain images, texts and folders are read in a thread of this process; drawings, documents, fonts
+/// and archives by the renderer process.
+class FilePreviews : public PreviewService {
+public:
+    /// `renderer`: the renderer program's path.
+    FilePreviews(MainQueue& queue, TypeCatalog& types, std::string renderer);
+
+    PreviewKind previewKind(Url const& item, bool isDirectory) override;
+    Subscription page(PageRequest request,
+                      std::function<void(std::optional<PagePicture>)> completion) override;
+    Subscription text(Url const& file, std::size_t limit,
+                      std::function<void(std::optional<TextPreview>)> completion) override;
+    Subscription summary(Url const& folderOrArchive,
+                         std::function<void(ContentSummary const&)> update) override;
+
+private:
+    std::optional<PagePicture> makePage(PageRequest const& request, RendererClient& renderer,
+                                        std::stop_token stop);
+
+    MainQueue& m_queue;
+    TypeCatalog& m_types;
+    std::shared_ptr<WorkerPool> m_pool; ///< last, for its threads use the others
+};
+
+} // namespace taliro

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/Screens.h"
+
+#include <QObject>
+
+class QScreen;
+
+namespace taliro {
+
+/// The screens as the toolkit knows them, in its device-independent points.
+class QtScreens : public QObject, public Screens {
+    Q_OBJECT
+
+public:
+    QtScreens();
+
+    std::vector<ScreenInfo> all() override;
+    Point mouseLocation() override;
+    Subscription observeChanges(std::function<void()> observer) override {
+        return m_observers.add(std::move(observer));
+    }
+
+private:
+    void watch(QScreen* screen);
+
+    Observers<> m_observers;
+};
+
+} // namespace taliro

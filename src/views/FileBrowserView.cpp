@@ -1,0 +1,277 @@
+#include "views/FileBrowserView.h"
+
+#include "app/AppSettings.h"
+#include "browsing/RecentsStore.h"
+#include "platform/Platform.h"
+#include "platform/UserDefaults.h"
+#include "views/BrowserKeys.h"
+#include "views/BrowserToolbar.h"
+#include "views/ColumnsView.h"
+#include "views/Commands.h"
+#include "views/FileListView.h"
+#include "views/GoToBar.h"
+#include "views/IconGridView.h"
+#include "views/Line.h"
+#include "views/PathBar.h"
+#include "views/SmartFolderLabel.h"
+#include "views/Theme.h"
+#include "views/ToolButton.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPainter>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace taliro {
+
+namespace {
+
+constexpr int sidebarWidth = 200;
+constexpr int inspectorWidth = 210;
+constexpr int pathRowHeight = 30;
+constexpr char showInspectorKey[] = "showInspector";
+
+template <typename Layout>
+Layout* tightLayout(QWidget* widget) {
+    auto* layout = new Layout(widget);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    return layout;
+}
+
+} // namespace
+
+FileBrowserView::FileBrowserView(Platform& platform, BrowserState& state, DirectoryWatcher& watcher,
+                                 AppSettings& settings, QWidget* parent)
+    : QWidget(parent),
+      m_platform(platform),
+      m_state(state),
+      m_watcher(watcher),
+      m_recents(RecentsStore::shared()), m_rows(platform, state, watcher, m_recents.entries),
+      m_goToPath(platform, state),
+      m_showInspector(platform.userDefaults.boolean(showInspectorKey, true)),
+      m_refresher(platform.mainQueue, [this] { refresh(); }) {
+    auto* rows = tightLayout<QVBoxLayout>(this);
+    rows->addWidget(buildMain(settings), 1);
+    rows->addWidget(new Line(Line::horizontal, this));
+    rows->addWidget(buildPathRow());
+    new GoToBar(m_goToPath, this);
+    buildCommands();
+    observe();
+}
+
+QWidget* FileBrowserView::buildMain(AppSettings& settings) {
+    auto* main = new QWidget(this);
+    auto* row = tightLayout<QHBoxLayout>(main);
+    auto* sidebar = new QWidget(main);
+    sidebar->setFixedWidth(sidebarWidth);
+    row->addWidget(sidebar);
+    row->addWidget(new Line(Line::vertical, main));
+
+    auto* browser = new QWidget(main);
+    row->addWidget(browser, 1);
+    auto* column = tightLayout<QVBoxLayout>(browser);
+    m_toolbar = new BrowserToolbar(m_platform, m_state, settings, m_showInspector, browser);
+    column->addWidget(m_toolbar);
+    column->addWidget(new Line(Line::horizontal, browser));
+    auto* content = new QWidget(browser);
+    column->addWidget(content, 1);
+    m_contentRow = tightLayout<QHBoxLayout>(content);
+
+    m_inspector = new QWidget(content);
+    auto* inspectorRow = tightLayout<QHBoxLayout>(m_inspector);
+    inspectorRow->addWidget(new Line(Line::vertical, m_inspector));
+    m_inspector->setFixedWidth(inspectorWidth);
+    m_inspector->setVisible(m_showInspector.get());
+    m_contentRow->addWidget(m_inspector);
+    return main;
+}
+
+QWidget* FileBrowserView::buildPathRow() {
+    auto* row = new QWidget(this);
+    row->setFixedHeight(pathRowHeight);
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(12, 4, 12, 4);
+    layout->setSpacing(8);
+    m_pathBar = new PathBar(row);
+    m_pathBar->onNavigate = [this](Url const& url) {
+        if (url.hasDirectoryPath())
+            m_state.navigate(url);
+        else
+            m_state.selectSingle(url);
+    };
+    m_smartFolder = new SmartFolderLabel(row);
+    layout->addWidget(m_pathBar, 1);
+    layout->addWidget(m_smartFolder, 1);
+    auto* goTo = new ToolButton("arrow.right.circle", tr("Go to folder… (⌘⇧G)"), 15, row);
+    connect(goTo, &QToolButton::clicked, this, [this] { openGoToPath(); });
+    layout->addWidget(goTo);
+    m_itemCount = new QLabel(row);
+    m_itemCount->setFont(Theme::current().font(metrics::list));
+    m_itemCount->setForegroundRole(QPalette::PlaceholderText);
+    m_itemCount->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    layout->addWidget(m_itemCount);
+    return row;
+}
+
+void FileBrowserView::buildCommands() {
+    addCommand(*this, tr("Go to Folder…"), QStringLiteral("Shift+G"), [this] { openGoToPath(); });
+}
+
+void FileBrowserView::observe() {
+    m_onLocation = m_state.currentURL.observe([this](Url const& location) {
+        if (isVisible())
+            locationChanged(location);
+    });
+    m_onShowInspector = m_showInspector.observe([this](bool show) { toggleInspector(show); });
+    m_refresher.dependOn(m_state.currentURL);
+    m_refresher.dependOn(m_state.viewMode);
+    m_refresher.dependOn(m_state.searchText);
+    m_refresher.dependOn(m_state.sortKey);
+    m_refresher.dependOn(m_state.sortAscending);
+    m_refresher.dependOn(m_state.selection);
+    m_refresher.dependOn(m_watcher.tick);
+    m_refresher.dependOn(m_recents.entries);
+    connect(m_toolbar, &BrowserToolbar::focusFreed, this, [this] { focusContent(); });
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+        // Keys that are nobody's are the rows'. Deferred, since focus passes through nobody on its way.
+        if (!now)
+            QTimer::singleShot(0, this, [this] {
+                if (isVisible() && window()->isActiveWindow() && !QApplication::focusWidget())
+                    focusContent();
+            });
+    });
+}
+
+void FileBrowserView::locationChanged(Url const& location) {
+    if (location == SmartFolders::recents()) {
+        m_watcher.stop();
+        m_recents.start();
+    } else {
+        m_watcher.watch(location);
+    }
+}
+
+void FileBrowserView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    locationChanged(m_state.currentURL.get());
+    refresh();
+    if (!isEditingText(QApplication::focusWidget()))
+        focusContent();
+}
+
+FileBrowserView::Content FileBrowserView::wantedContent() const {
+    if (m_state.currentURL.get() == SmartFolders::recents())
+        return Content::list;
+    switch (m_state.viewMode.get()) {
+    case ViewMode::icons:
+        return Content::icons;
+    case ViewMode::list:
+        return Content::list;
+    case ViewMode::columns:
+        return Content::columns;
+    }
+    return Content::list;
+}
+
+void FileBrowserView::refresh() {
+    if (!isVisible())
+        return; // Made up for when shown.
+    showContent(wantedContent());
+    if (m_list)
+        m_list->setRows(m_rows.current());
+    if (m_grid)
+        m_grid->setRows(m_rows.current());
+    refreshPathRow();
+}
+
+void FileBrowserView::showContent(Content content) {
+    if (m_content == content)
+        return;
+    m_content = content;
+    bool const hadFocus = m_contentRow->parentWidget()->isAncestorOf(QApplication::focusWidget());
+    for (QWidget* old :
+         {static_cast<QWidget*>(m_list), static_cast<QWidget*>(m_grid), static_cast<QWidget*>(m_columns)})
+        delete old;
+    auto* parent = m_contentRow->parentWidget();
+    QWidget* shown = nullptr;
+    switch (content) {
+    case Content::icons:
+        shown = m_grid = new IconGridView(m_platform, m_state, parent);
+        break;
+    case Content::list:
+        shown = m_list = new FileListView(m_platform, m_state, parent);
+        break;
+    case Content::columns:
+        shown = m_columns = new ColumnsView(m_platform, m_state, parent);
+        m_columns->onRowsChanged = [this] { refreshPathRow(); };
+        break;
+    }
+    m_contentRow->insertWidget(0, shown, 1);
+    shown->show();
+    if (hadFocus || !QApplication::focusWidget())
+        focusContent();
+}
+
+std::size_t FileBrowserView::itemCount() {
+    if (m_columns && m_columns->deepestRoot() == m_state.currentURL.get())
+        return m_columns->deepestRows().size(); // Listed already.
+    return m_rows.current().size();
+}
+
+void FileBrowserView::refreshPathRow() {
+    auto const& location = m_state.currentURL.get();
+    m_pathBar->setVisible(location.isFile());
+    m_smartFolder->setVisible(!location.isFile());
+    if (location.isFile())
+        m_pathBar->setUrl(location);
+    else
+        m_smartFolder->setLocation(location, m_state.selection.get());
+    m_itemCount->setText(QString::fromStdString(itemCountLabel(itemCount())));
+}
+
+void FileBrowserView::toggleInspector(bool show) {
+    m_platform.userDefaults.setBoolean(showInspectorKey, show);
+    m_inspector->setVisible(show);
+}
+
+void FileBrowserView::openGoToPath() {
+    m_goToPath.open();
+}
+
+void FileBrowserView::focusContent() {
+    if (m_list)
+        m_list->setFocus();
+    else if (m_grid)
+        m_grid->setFocus();
+    else if (m_columns)
+        m_columns->setFocus();
+}
+
+bool FileBrowserView::contentHandlesKey(QKeyEvent const& event) {
+    if (m_list)
+        return m_list->handleKey(event);
+    if (m_grid)
+        return m_grid->handleKey(event);
+    return m_columns && m_columns->handleKey(event);
+}
+
+/// Keys that the widget with the focus has no use for come here.
+void FileBrowserView::keyPressEvent(QKeyEvent* event) {
+    auto* focus = QApplication::focusWidget();
+    bool const isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (auto* button = qobject_cast<QAbstractButton*>(focus); button && isReturn)
+        button->click();
+    else if (isEditingText(focus) || !contentHandlesKey(*event))
+        event->ignore();
+}
+
+void FileBrowserView::paintEvent(QPaintEvent* event) {
+    QPainter(this).fillRect(event->rect(), colors().window);
+}
+
+} // namespace taliro

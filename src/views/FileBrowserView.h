@@ -1,0 +1,79 @@
+#pragma once
+
+#include "browsing/GoToPath.h"
+#include "browsing/Rows.h"
+#include "foundation/Refresher.h"
+
+#include <QPointer>
+#include <QWidget>
+
+class QHBoxLayout;
+class QLabel;
+
+namespace taliro {
+
+class AppSettings;
+class BrowserToolbar;
+class ColumnsView;
+class FileListView;
+class IconGridView;
+class PathBar;
+class RecentsStore;
+class SmartFolderLabel;
+struct Platform;
+
+/// The full browser: sidebar, toolbar, the current folder in the current view mode, inspector and path bar.
+class FileBrowserView : public QWidget {
+public:
+    FileBrowserView(Platform& platform, BrowserState& state, DirectoryWatcher& watcher, AppSettings& settings,
+                    QWidget* parent = nullptr);
+
+    void openGoToPath();
+    /// Gives the keyboard to the rows.
+    void focusContent();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    enum class Content { icons, list, columns };
+
+    QWidget* buildMain(AppSettings& settings);
+    QWidget* buildPathRow();
+    void buildCommands();
+    void observe();
+    void locationChanged(Url const& location);
+    void refresh();
+    Content wantedContent() const;
+    void showContent(Content content);
+    void refreshPathRow();
+    void toggleInspector(bool show);
+    std::size_t itemCount();
+    bool contentHandlesKey(QKeyEvent const& event);
+
+    Platform& m_platform;
+    BrowserState& m_state;
+    DirectoryWatcher& m_watcher;
+    RecentsStore& m_recents;
+    Rows m_rows;
+    GoToPath m_goToPath;
+    Published<bool> m_showInspector;
+    Refresher m_refresher;
+    Subscription m_onLocation;
+    Subscription m_onShowInspector;
+
+    BrowserToolbar* m_toolbar = nullptr;
+    QWidget* m_inspector = nullptr;
+    QHBoxLayout* m_contentRow = nullptr;
+    std::optional<Content> m_content; ///< which of the following there is
+    QPointer<FileListView> m_list;
+    QPointer<IconGridView> m_grid;
+    QPointer<ColumnsView> m_columns;
+    PathBar* m_pathBar = nullptr;
+    SmartFolderLabel* m_smartFolder = nullptr;
+    QLabel* m_itemCount = nullptr;
+};
+
+} // namespace taliro

@@ -1,0 +1,188 @@
+#include "views/IconGridView.h"
+
+#include "views/Drawing.h"
+#include "views/FileIcons.h"
+#include "views/Names.h"
+#include "views/Theme.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QTextLayout>
+
+namespace taliro {
+
+namespace {
+
+constexpr int margin = 12;
+constexpr int cellSize = 92;
+constexpr int widestCell = 110;
+constexpr int columnGap = 8;
+constexpr int rowGap = 12;
+constexpr int rowPitch = cellSize + rowGap;
+constexpr int imageSize = 64;
+constexpr int nameGap = 4;   ///< between image and name
+constexpr int nameInset = 3; ///< left and right of the name, within its background
+
+/// The name broken into at most two lines, the second cut in its middle where it is too long.
+QStringList linesOf(QString const& name, QFontMetrics const& metrics, QFont const& font, int width) {
+    QTextLayout layout(name, font);
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+    layout.beginLayout();
+    auto line = layout.createLine();
+    line.setLineWidth(width);
+    int const firstLength = line.textLength();
+    layout.endLayout();
+    if (firstLength >= name.size())
+        return {name};
+    return {name.left(firstLength).trimmed(),
+            metrics.elidedText(name.mid(firstLength).trimmed(), Qt::ElideMiddle, width)};
+}
+
+} // namespace
+
+IconGridView::IconGridView(Platform& platform, BrowserState& state, QWidget* parent)
+    : ItemView(platform, state, tr("Files"), parent), m_keys(platform, state) {
+    setFont(Theme::current().font(metrics::small));
+    connect(this, &ItemView::entryClicked, this, [this](FileEntry const& entry, Qt::KeyboardModifiers held) {
+        m_keys.click(entry.url, held, rows());
+    });
+    connect(this, &ItemView::entryDoubleClicked, this,
+            [this](FileEntry const& entry) { m_keys.open(entry.url); });
+    connect(this, &ItemView::emptyClicked, this, [&state] { state.clearSelection(); });
+}
+
+int IconGridView::columnsFor(int width) {
+    return std::max(1, (std::max(width - 2 * margin, 0) + columnGap) / (cellSize + columnGap));
+}
+
+void IconGridView::recomputeColumns(int width) {
+    m_gridColumns = columnsFor(width);
+}
+
+void IconGridView::resizeEvent(QResizeEvent* event) {
+    recomputeColumns(viewport()->width());
+    ItemView::resizeEvent(event);
+    viewport()->update();
+}
+
+QRect IconGridView::cellRect(int row) const {
+    // The cells share the width up to their widest; what is left stays on both sides.
+    int const available = viewport()->width() - 2 * margin - (m_gridColumns - 1) * columnGap;
+    int const column = std::clamp(available / m_gridColumns, cellSize, widestCell);
+    int const used = m_gridColumns * column + (m_gridColumns - 1) * columnGap;
+    int const left = std::max(margin, (viewport()->width() - used) / 2);
+    int const x = left + row % m_gridColumns * (column + columnGap) + (column - cellSize) / 2;
+    return {x, margin + row / m_gridColumns * rowPitch, cellSize, cellSize};
+}
+
+int IconGridView::rowAt(QPoint point) const {
+    auto const [first, last] = rowsBetween(point.y(), point.y());
+    for (int row = first; row < last; ++row)
+        if (cellRect(row).contains(point))
+            return row;
+    return -1;
+}
+
+int IconGridView::contentHeight() const {
+    int const lines = (rowCount() + m_gridColumns - 1) / m_gridColumns;
+    return 2 * margin + std::max(0, lines * rowPitch - rowGap);
+}
+
+std::pair<int, int> IconGridView::rowsBetween(int top, int bottom) const {
+    // A cell's second line of text reaches into the gap below it.
+    int const first = std::max(0, (top - margin) / rowPitch) * m_gridColumns;
+    int const last = std::max(0, (bottom - margin) / rowPitch + 1) * m_gridColumns;
+    return {std::min(first, rowCount()), std::min(last, rowCount())};
+}
+
+int IconGridView::scrollStep() const {
+    return rowPitch / 3;
+}
+
+bool IconGridView::isSelected(Url const& url) const {
+    return state().selection.get() == url || ItemView::isSelected(url);
+}
+
+void IconGridView::paintCell(QPainter& painter, QRect const& cell, FileEntry const& entry, bool selected) {
+    QRect const image(cell.left() + (cell.width() - imageSize) / 2, cell.top(), imageSize, imageSize);
+    FileIcons::shared().draw(painter, image, entry);
+    paintName(painter, cell, entry, selected);
+}
+
+void IconGridView::paintName(QPainter& painter, QRect const& cell, FileEntry const& entry,
+                             bool selected) const {
+    auto const lines = linesOf(shownName(entry), fontMetrics(), font(), cell.width() - 2 * nameInset);
+    int const height = fontMetrics().height();
+    int width = 0;
+    for (auto const& line : lines)
+        width = std::max(width, fontMetrics().horizontalAdvance(line));
+    QRect box(0, cell.top() + imageSize + nameGap, width + 2 * nameInset,
+              static_cast<int>(lines.size()) * height + 2);
+    box.moveLeft(cell.left() + (cell.width() - box.width()) / 2);
+    if (selected)
+        fillRounded(painter, box, 4, colors().accent);
+    painter.setFont(font());
+    painter.setPen(selected ? colors().onAccent : colors().text1);
+    for (int i = 0; i < lines.size(); ++i)
+        painter.drawText(QRect(cell.left(), box.top() + 1 + i * height, cell.width(), height),
+                         Qt::AlignCenter | Qt::TextSingleLine, lines[i]);
+}
+
+bool IconGridView::isCut(QRect const& cell, FileEntry const& entry) const {
+    auto const name = shownName(entry);
+    return linesOf(name, fontMetrics(), font(), cell.width() - 2 * nameInset).back().contains(u'…') &&
+           !name.contains(u'…');
+}
+
+/// Where a key leads: left and right in reading order, up and down by a line.
+std::optional<std::size_t> IconGridView::targetOf(QKeyEvent const& event) const {
+    if (rows().empty())
+        return std::nullopt;
+    auto const last = rows().size() - 1;
+    auto const& selection = state().selection.get();
+    auto const at = selection ? rows().indexOf(*selection) : std::nullopt;
+    auto const step = [&](int delta) {
+        auto const next = ArrowKeyNav::step(rows(), selection, delta);
+        return next ? rows().indexOf(*next) : std::nullopt;
+    };
+    int const page = std::max(1, viewport()->height() / rowPitch) * m_gridColumns;
+    switch (event.key()) {
+    case Qt::Key_Up:
+        return step(-m_gridColumns);
+    case Qt::Key_Down:
+        return step(m_gridColumns);
+    case Qt::Key_Left:
+        return !at ? last : *at == 0 ? 0 : *at - 1;
+    case Qt::Key_Right:
+        return !at ? 0 : std::min(*at + 1, last);
+    case Qt::Key_PageUp:
+        return step(-page);
+    case Qt::Key_PageDown:
+        return step(page);
+    case Qt::Key_Home:
+        return 0;
+    case Qt::Key_End:
+        return last;
+    default:
+        return std::nullopt;
+    }
+}
+
+bool IconGridView::handleKey(QKeyEvent const& event) {
+    if (auto const outcome = m_keys.handle(event); outcome != BrowserKeys::Outcome::unknown)
+        return outcome == BrowserKeys::Outcome::consumed;
+    if (auto const target = targetOf(event)) {
+        state().selectSingle(rows()[*target].url);
+        return true;
+    }
+    if (event.key() >= Qt::Key_Home && event.key() <= Qt::Key_PageDown)
+        return true; // Nothing to go to.
+    auto const found = m_keys.typed(event, rows(), state().selection.get());
+    if (found)
+        state().selectSingle(*found);
+    return found.has_value();
+}
+
+} // namespace taliro

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "views/BrowserKeys.h"
+#include "views/ItemView.h"
+
+namespace taliro {
+
+/// The rows of the current location as a grid of large icons with names.
+class IconGridView : public ItemView {
+public:
+    IconGridView(Platform& platform, BrowserState& state, QWidget* parent = nullptr);
+
+    bool handleKey(QKeyEvent const& event);
+    /// Cells beside each other where the grid is `width` points wide.
+    static int columnsFor(int width);
+
+protected:
+    QRect cellRect(int row) const override;
+    int rowAt(QPoint point) const override;
+    int contentHeight() const override;
+    std::pair<int, int> rowsBetween(int top, int bottom) const override;
+    int scrollStep() const override;
+    void paintCell(QPainter& painter, QRect const& cell, FileEntry const& entry, bool selected) override;
+    bool isCut(QRect const& cell, FileEntry const& entry) const override;
+    bool isSelected(Url const& url) const override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void recomputeColumns(int width);
+    void paintName(QPainter& painter, QRect const& cell, FileEntry const& entry, bool selected) const;
+    std::optional<std::size_t> targetOf(QKeyEvent const& event) const;
+
+    BrowserKeys m_keys;
+    int m_gridColumns = 1;
+};
+
+} // namespace taliro

@@ -1,0 +1,275 @@
+#include "views/ItemView.h"
+
+#include "platform/Platform.h"
+#include "views/Drawing.h"
+#include "views/Names.h"
+#include "views/RowModel.h"
+#include "views/Theme.h"
+
+#include <QContextMenuEvent>
+#include <QHelpEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QToolTip>
+
+namespace taliro {
+
+namespace {
+
+constexpr int scrollMilliseconds = 120;
+constexpr double dragThreshold = 3; ///< points that the pointer may move in a click
+
+} // namespace
+
+ItemView::ItemView(Platform& platform, BrowserState& state, QString const& label, QWidget* parent)
+    : QListView(parent),
+      m_state(state),
+      m_model(new RowModel(this)),
+      m_selectionRefresher(platform.mainQueue, [this] { showSelection(); }),
+      m_scrolling(verticalScrollBar(), "value") {
+    setModel(m_model);
+    setAccessibleName(label);
+    setFrameShape(QFrame::NoFrame);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setAutoScroll(false);
+    setMinimumSize(0, 0);
+    m_scrolling.setDuration(scrollMilliseconds);
+    m_scrolling.setEasingCurve(QEasingCurve::OutCubic);
+    m_selectionRefresher.dependOn(state.selection);
+    m_selectionRefresher.dependOn(state.selectedURLs);
+}
+
+RowList const& ItemView::rows() const {
+    return m_model->rows();
+}
+
+void ItemView::setRows(RowList rows, bool keepPlace) {
+    auto const topRow = rowsBetween(verticalOffset(), verticalOffset() + 1).first;
+    std::optional<Url> top;
+    int shift = 0;
+    if (keepPlace && verticalOffset() > 0 && topRow < rowCount()) {
+        top = this->rows()[static_cast<std::size_t>(topRow)].url;
+        shift = verticalOffset() - cellRect(topRow).top();
+    }
+    m_scrolling.stop();
+    m_model->setRows(std::move(rows));
+    doItemsLayout();
+    auto const found = top ? this->rows().indexOf(*top, static_cast<std::size_t>(topRow)) : std::nullopt;
+    if (found)
+        verticalScrollBar()->setValue(cellRect(static_cast<int>(*found)).top() + shift);
+    else if (!keepPlace)
+        verticalScrollBar()->setValue(0);
+    syncSelectionModel();
+}
+
+std::optional<FileEntry> ItemView::entryAt(QPoint position) const {
+    int const row = rowAt(position + QPoint(0, verticalOffset()));
+    return row < 0 ? std::nullopt : std::optional(rows()[static_cast<std::size_t>(row)]);
+}
+
+QRect ItemView::rectOf(Url const& url) const {
+    auto const row = rows().indexOf(url, m_rowGuess);
+    if (!row)
+        return {};
+    m_rowGuess = *row;
+    return cellRect(static_cast<int>(*row)).translated(0, -verticalOffset());
+}
+
+void ItemView::setDropHighlight(std::optional<Url> url) {
+    if (m_dropHighlight == url)
+        return;
+    m_dropHighlight = std::move(url);
+    viewport()->update();
+}
+
+void ItemView::reveal(Url const& url, Place place) {
+    auto const cell = rectOf(url);
+    if (cell.isNull())
+        return;
+    int const top = cell.top() + verticalOffset();
+    int const height = viewport()->height();
+    int target = verticalOffset();
+    if (place == Place::centre)
+        target = top + cell.height() / 2 - height / 2;
+    else if (cell.top() < 0)
+        target = top;
+    else if (cell.bottom() >= height)
+        target = top + cell.height() - height;
+    target = std::clamp(target, 0, verticalScrollBar()->maximum());
+    m_scrolling.stop();
+    if (target == verticalOffset())
+        return;
+    if (!isVisible()) {
+        verticalScrollBar()->setValue(target);
+        return;
+    }
+    m_scrolling.setStartValue(verticalOffset());
+    m_scrolling.setEndValue(target);
+    m_scrolling.start();
+}
+
+void ItemView::showSelection() {
+    syncSelectionModel();
+    viewport()->update();
+    auto const selection = m_state.selection.get();
+    if (selection && selection != m_shownSelection)
+        revealSelection(*selection);
+    m_shownSelection = selection;
+}
+
+/// Tells assistive tools what is selected.
+void ItemView::syncSelectionModel() {
+    auto const index = [this](std::size_t row) { return m_model->index(static_cast<int>(row)); };
+    auto const& selected = m_state.selectedURLs.get();
+    auto const& primary = m_state.selection.get();
+    QItemSelection chosen;
+    if (selected.size() == 1) {
+        if (auto const row = rows().indexOf(*selected.begin(), m_rowGuess))
+            chosen.select(index(m_rowGuess = *row), index(*row));
+    } else if (!selected.empty()) {
+        for (std::size_t row = 0; row < rows().size(); ++row) {
+            auto const first = row;
+            while (row < rows().size() && selected.contains(rows()[row].url))
+                ++row;
+            if (row > first)
+                chosen.select(index(first), index(row - 1));
+        }
+    }
+    selectionModel()->select(chosen, QItemSelectionModel::ClearAndSelect);
+    auto const current = primary ? rows().indexOf(*primary, m_rowGuess) : std::nullopt;
+    selectionModel()->setCurrentIndex(current ? index(*current) : QModelIndex(),
+                                      QItemSelectionModel::NoUpdate);
+}
+
+QRect ItemView::visualRect(QModelIndex const& index) const {
+    return index.isValid() ? cellRect(index.row()).translated(0, -verticalOffset()) : QRect();
+}
+
+QModelIndex ItemView::indexAt(QPoint const& position) const {
+    return m_model->index(rowAt(position + QPoint(0, verticalOffset())));
+}
+
+void ItemView::scrollTo(QModelIndex const& index, ScrollHint) {
+    if (index.isValid())
+        reveal(rows()[static_cast<std::size_t>(index.row())].url, Place::nearest);
+}
+
+void ItemView::doItemsLayout() {
+    QAbstractItemView::doItemsLayout(); // Skips the list view's own, which visits every row.
+}
+
+void ItemView::updateGeometries() {
+    auto* bar = verticalScrollBar();
+    bar->setRange(0, std::max(0, contentHeight() - viewport()->height()));
+    bar->setPageStep(viewport()->height());
+    bar->setSingleStep(scrollStep());
+}
+
+void ItemView::scrollContentsBy(int, int dy) {
+    if (m_dropHighlight)
+        viewport()->update();
+    else
+        viewport()->scroll(0, dy);
+}
+
+int ItemView::verticalOffset() const {
+    return verticalScrollBar()->value();
+}
+
+QRegion ItemView::visualRegionForSelection(QItemSelection const&) const {
+    return viewport()->rect();
+}
+
+void ItemView::paintEvent(QPaintEvent* event) {
+    QPainter painter(viewport());
+    painter.fillRect(event->rect(), colors().content);
+    painter.setRenderHint(QPainter::Antialiasing);
+    auto const [first, last] =
+        rowsBetween(event->rect().top() + verticalOffset(), event->rect().bottom() + verticalOffset());
+    for (int row = first; row < last; ++row) {
+        auto const& entry = rows()[static_cast<std::size_t>(row)];
+        paintCell(painter, cellRect(row).translated(0, -verticalOffset()), entry, isSelected(entry.url));
+    }
+    if (m_dropHighlight)
+        paintDropHighlight(painter);
+}
+
+void ItemView::paintDropHighlight(QPainter& painter) const {
+    auto const cell = rectOf(*m_dropHighlight).adjusted(1, 1, -1, -1);
+    if (cell.isEmpty())
+        return;
+    fillRounded(painter, cell, 4, faded(colors().accent, .15));
+    strokeRounded(painter, cell, 4, colors().accent, 2);
+}
+
+void ItemView::press(QMouseEvent const& event, int clicks) {
+    if (event.button() == Qt::LeftButton)
+        m_press = Press{entryAt(event.pos()), event.pos(), clicks, false};
+}
+
+void ItemView::mousePressEvent(QMouseEvent* event) {
+    press(*event, 1);
+}
+
+void ItemView::mouseDoubleClickEvent(QMouseEvent* event) {
+    press(*event, 2);
+}
+
+void ItemView::mouseMoveEvent(QMouseEvent* event) {
+    if (!m_press || m_press->dragged || !m_press->entry || !(event->buttons() & Qt::LeftButton))
+        return;
+    auto const moved = QPointF(event->pos() - m_press->position);
+    if (std::hypot(moved.x(), moved.y()) <= dragThreshold)
+        return;
+    m_press->dragged = true;
+    auto const press = *m_press; // The drag runs an event loop.
+    Q_EMIT dragStarted(*press.entry, press.position);
+}
+
+void ItemView::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || !m_press)
+        return;
+    auto const press = *std::exchange(m_press, std::nullopt);
+    if (press.dragged)
+        return;
+    if (!press.entry)
+        Q_EMIT emptyClicked();
+    else if (press.clicks == 1)
+        Q_EMIT entryClicked(*press.entry, event->modifiers());
+    else
+        Q_EMIT entryDoubleClicked(*press.entry);
+}
+
+void ItemView::contextMenuEvent(QContextMenuEvent* event) {
+    if (event->reason() != QContextMenuEvent::Keyboard) {
+        Q_EMIT menuRequested(entryAt(viewport()->mapFromGlobal(event->globalPos())), event->globalPos());
+        return;
+    }
+    auto const& selection = m_state.selection.get();
+    auto const row = selection ? rows().indexOf(*selection, m_rowGuess) : std::nullopt;
+    auto const cell = row ? rectOf(*selection) : QRect(viewport()->rect().center(), QSize(1, 1));
+    Q_EMIT menuRequested(row ? std::optional(rows()[*row]) : std::nullopt,
+                         viewport()->mapToGlobal(cell.center()));
+}
+
+void ItemView::keyPressEvent(QKeyEvent* event) {
+    event->ignore(); // Keys are the whole browser's.
+}
+
+bool ItemView::viewportEvent(QEvent* event) {
+    if (event->type() != QEvent::ToolTip)
+        return QListView::viewportEvent(event);
+    auto const* help = static_cast<QHelpEvent*>(event);
+    auto const entry = entryAt(help->pos());
+    if (auto const cell = entry ? rectOf(entry->url) : QRect(); entry && isCut(cell, *entry))
+        QToolTip::showText(help->globalPos(), shownName(*entry), viewport(), cell);
+    else
+        QToolTip::hideText();
+    return true;
+}
+
+} // namespace taliro

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "foundation/Url.h"
+
+#include <QWidget>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace taliro {
+
+/// A location's folders from the root on, each a button. Where they don't all fit, those in the middle shrink
+/// to their icons.
+class PathBar : public QWidget {
+public:
+    explicit PathBar(QWidget* parent = nullptr);
+
+    void setUrl(Url const& url);
+    /// A component was clicked.
+    std::function<void(Url const&)> onNavigate;
+    /// The folder or item whose component is at `position`.
+    std::optional<Url> componentAt(QPoint position) const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return {0, 22}; }
+
+protected:
+    void resizeEvent(QResizeEvent*) override { layOut(); }
+    void paintEvent(QPaintEvent*) override;
+
+private:
+    class Component;
+
+    void layOut();
+    std::vector<int> fittingWidths(int available) const;
+
+    std::optional<Url> m_url;
+    std::vector<Component*> m_components;
+};
+
+} // namespace taliro
