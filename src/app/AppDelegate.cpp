@@ -1,6 +1,8 @@
 #include "app/AppDelegate.h"
 
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
+#include "KeyboardShortcuts/MenuTracking.h"
+#include "KeyboardShortcuts/RecorderCocoa.h"
 #include "app/AppCommands.h"
 #include "app/AppSettings.h"
 #include "app/FactoryReset.h"
@@ -18,6 +20,8 @@
 #include "platform/WindowManager.h"
 #include "views/QuickLookWindow.h"
 
+#include <QApplication>
+
 namespace taliro {
 
 AppDelegate::AppDelegate(Platform& platform, AppSettings& settings, BrowserState& browser)
@@ -28,10 +32,8 @@ AppDelegate::~AppDelegate() {
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
-    auto& shortcuts = KeyboardShortcuts::shared();
-    resetToFactoryDefaultsIfNeeded(m_platform.userDefaults, [&] {
-        shortcuts.setShortcut(togglePicker().defaultShortcut(), togglePicker());
-    });
+    resetToFactoryDefaultsIfNeeded(m_platform.userDefaults,
+                                   [] { KeyboardShortcuts::shared().reset({togglePicker()}); });
     Updater::shared();
     AppCommands::shared().checkForUpdates = [] { Updater::shared().checkForUpdates(); };
     QuickLookCoordinator::provide([this] {
@@ -43,10 +45,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     observeNotifications();
     m_statusItem->setVisible(m_settings.showMenuBarIcon);
     observeSettings();
-    shortcuts.onKeyDown(togglePicker(), [guard = QPointer(this)] {
-        if (guard)
-            guard->toggleFromHotkey();
-    });
+    installShortcut();
     m_platform.openRequests.start([this](std::vector<Url> const& urls) { openURLs(urls); },
                                   [this] { applicationShouldHandleReopen(); });
     present();
@@ -106,6 +105,15 @@ void AppDelegate::observeSettings() {
     later(m_settings.miniMode, [this](bool) {
         updatePopoverSize();
         refreshResizeHandleVisibility();
+    });
+}
+
+void AppDelegate::installShortcut() {
+    new MenuTracking(*qApp);
+    RecorderCocoa::setMainMenu([this] { return m_mainMenu.items(); });
+    KeyboardShortcuts::shared().onKeyDown(togglePicker(), [guard = QPointer(this)] {
+        if (guard)
+            guard->toggleFromHotkey();
     });
 }
 

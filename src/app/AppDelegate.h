@@ -64,6 +64,7 @@ private:
     void installStatusItem();
     void observeNotifications();
     void observeSettings();
+    void installShortcut();
     void presentForDrag();
     void dismissAfterDrag();
     void toggle();

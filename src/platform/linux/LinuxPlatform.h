@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/HotKeys.h"
 #include "platform/Platform.h"
 #include "platform/linux/AutostartLoginItems.h"
 #include "platform/linux/BackgroundFileOperations.h"
@@ -56,6 +57,7 @@ public:
 
 private:
     std::unique_ptr<X11Connection> m_x;
+    XKeyboard m_keyboard;
 
     XKeyboard m_keyboard;
 
