@@ -5,8 +5,12 @@
 #include "browsing/BrowserState.h"
 #include "browsing/DirectoryLoader.h"
 #include "browsing/DirectoryWatcher.h"
+#include "dragdrop/NewFolderCoordinator.h"
+#include "dragdrop/NewFolderPrompt.h"
 #include "platform/Platform.h"
+#include "views/ProgressOverlay.h"
 #include "views/Symbols.h"
+#include "views/ToastOverlay.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -104,6 +108,11 @@ RootView::RootView(Platform& platform, BrowserState& browser, DirectoryWatcher& 
     m_refresher.dependOn(settings.miniMode);
     showTitle();
     showBrowser();
+    m_overlays = {
+        new NewFolderPrompt(NewFolderCoordinator::shared(), this),
+        new ProgressOverlay(ProgressCenter::shared(), this),
+        new ToastOverlay(ToastCenter::shared(), this),
+    };
 }
 
 QWidget* RootView::makeTitle() {

@@ -48,7 +48,7 @@ private:
     QWidget* m_full = nullptr;
     QWidget* m_mini = nullptr;
     QWidget* m_shown = nullptr;
-    std::vector<QWidget*> m_overlays; ///< over everything, as large as this
+    std::vector<QWidget*> m_overlays; ///< over everything, as large as this; the last is on top
     Refresher m_refresher;
 };
 

@@ -30,7 +30,7 @@ struct FileDropHandlerTest : ::testing::Test {
     std::string toast() const {
         return toasts.current.get() ? toasts.current.get()->icon + " " + toasts.current.get()->message : "";
     }
-    bool exists(std::string const& path) { return fake.fileManager.items.contains(path); }
+    bool exists(std::string const& path) { return fake.fileManager.tree.contains(path); }
 };
 
 TEST_F(FileDropHandlerTest, ChecksBeforeItTouchesAndSaysWhatBecameOfIt) {
@@ -66,12 +66,12 @@ TEST_F(FileDropHandlerTest, ChecksBeforeItTouchesAndSaysWhatBecameOfIt) {
         toasts.current = std::optional<ToastCenter::Toast>();
         changed.clear();
         fake.alerts.beeps = 0;
-        auto const before = fake.fileManager.items;
+        auto const before = fake.fileManager.tree;
         EXPECT_EQ(handler.perform(*Url::parse(test.source), *Url::parse(test.into), test.copy), test.outcome);
         EXPECT_EQ(toast(), test.toast);
         EXPECT_EQ(changed, test.changed);
         EXPECT_EQ(fake.alerts.beeps, test.beeps);
-        EXPECT_EQ(fake.fileManager.items == before, test.outcome != Outcome::done);
+        EXPECT_EQ(fake.fileManager.tree == before, test.outcome != Outcome::done);
     }
     EXPECT_TRUE(exists("/C/b.txt") && exists("/b.txt") && exists("/A/Bx/B/deep.txt"));
     EXPECT_FALSE(exists("/A/b.txt") || exists("/A/B"));

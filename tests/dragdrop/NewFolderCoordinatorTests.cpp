@@ -20,7 +20,7 @@ struct NewFolderCoordinatorTest : ::testing::Test {
             changed.push_back(std::any_cast<Url>(note.object).path());
         });
 
-    bool exists(std::string const& path) { return fake.fileManager.items.contains(path); }
+    bool exists(std::string const& path) { return fake.fileManager.tree.contains(path); }
 };
 
 TEST_F(NewFolderCoordinatorTest, ProposesTheFirstFreeName) {
@@ -35,7 +35,7 @@ TEST_F(NewFolderCoordinatorTest, ProposesTheFirstFreeName) {
         {{"untitled folder", "untitled folder 2"}, "untitled folder 3"},
     };
     for (auto const& test : cases) {
-        fake.fileManager.items = {{"/A", {.isDirectory = true}}};
+        fake.fileManager.tree = {{"/A", {.isDirectory = true}}};
         for (auto const& name : test.taken)
             fake.fileManager.addFile("/A/" + name);
         coordinator.menuItem(folder).action();

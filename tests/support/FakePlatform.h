@@ -191,19 +191,19 @@ private:
             return std::unexpected(std::errc::operation_canceled);
         if (auto const failure = failures.find(from); failure != failures.end())
             return std::unexpected(failure->second);
-        if (!files.items.contains(from))
+        if (!files.tree.contains(from))
             return std::unexpected(std::errc::no_such_file_or_directory);
-        if (files.items.contains(to))
+        if (files.tree.contains(to))
             return std::unexpected(std::errc::file_exists);
-        auto const items = files.items;
-        for (auto const& [path, known] : items) {
+        auto const before = files.tree;
+        for (auto const& [path, known] : before) {
             if (path != from && !path.starts_with(from + "/"))
                 continue;
-            files.items[to + path.substr(from.size())] = known;
+            files.tree[to + path.substr(from.size())] = known;
             if (auto const bytes = files.contentsOf.find(path); bytes != files.contentsOf.end())
                 files.contentsOf[to + path.substr(from.size())] = bytes->second;
             if (!keep) {
-                files.items.erase(path);
+                files.tree.erase(path);
                 files.contentsOf.erase(path);
             }
         }

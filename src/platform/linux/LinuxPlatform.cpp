@@ -43,6 +43,7 @@ LinuxPlatform::LinuxPlatform(Build const& build)
           .desktopPlaces = m_desktopPlaces,
           .directoryEvents = m_directoryEvents,
           .fileManager = m_fileManager,
+          .fileOperations = m_fileOperations,
           .loginItems = m_loginItems,
           .mainQueue = m_mainQueue,
           .metadataQuery = m_metadataQuery,

@@ -3,6 +3,7 @@
 #include "platform/Platform.h"
 #include "platform/linux/Absent.h"
 #include "platform/linux/AutostartLoginItems.h"
+#include "platform/linux/BackgroundFileOperations.h"
 #include "platform/linux/DBusOpenRequests.h"
 #include "platform/linux/FilePreviews.h"
 #include "platform/linux/InotifyDirectoryEvents.h"
@@ -51,6 +52,7 @@ private:
     AbsentDesktopPlaces m_desktopPlaces;
     InotifyDirectoryEvents m_directoryEvents;
     PosixFileManager m_fileManager;
+    BackgroundFileOperations m_fileOperations;
     AutostartLoginItems m_loginItems;
     AbsentMetadataQuery m_metadataQuery;
     DBusOpenRequests m_openRequests;
