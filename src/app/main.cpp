@@ -4,6 +4,7 @@
 #include "app/CommandLine.h"
 #include "browsing/BrowserState.h"
 #include "platform/ColorScheme.h"
+#include "platform/FileOperations.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "views/Theme.h"
 
@@ -77,6 +78,7 @@ int run(CommandLine const& commandLine, int argc, char** argv) {
     if (!commandLine.urls.empty())
         platform.mainQueue.async([&] { delegate.openURLs(commandLine.urls); });
     delegate.applicationDidFinishLaunching();
+    platform.fileOperations.removeLeftovers();
     return application.exec();
 }
 

@@ -76,6 +76,7 @@ private:
     QtImageCodec m_imageCodec;
     XkbKeyboardLayout m_keyboardLayout;
     std::unique_ptr<HotKeys> m_hotKeys;
+    BackgroundFileOperations m_fileOperations;
     AutostartLoginItems m_loginItems;
     HomeMetadataQuery m_metadataQuery;
     PosixNewFiles m_newFiles;
