@@ -6,6 +6,9 @@
 #include "browsing/DirectoryLoader.h"
 #include "browsing/DirectoryWatcher.h"
 #include "platform/Platform.h"
+#include "dragdrop/ToastCenter.h"
+#include "views/FileBrowserView.h"
+#include "views/ToastOverlay.h"
 #include "views/Symbols.h"
 
 #include <QHBoxLayout>
@@ -104,6 +107,7 @@ RootView::RootView(Platform& platform, BrowserState& browser, DirectoryWatcher& 
     m_refresher.dependOn(settings.miniMode);
     showTitle();
     showBrowser();
+    m_overlays.push_back(new ToastOverlay(ToastCenter::shared(), this));
 }
 
 QWidget* RootView::makeTitle() {
@@ -122,14 +126,7 @@ QWidget* RootView::makeTitle() {
 }
 
 QWidget* RootView::makeFull() {
-    auto* list = new QListWidget(this);
-    auto const fill = [this, list](Url const& folder) {
-        list->clear();
-        for (auto const& entry : DirectoryLoader::load(m_platform, folder, "", SortKey::name, true))
-            list->addItem(QString::fromStdString(legible(entry.name())));
-    };
-    fill(m_browser.currentURL);
-    return list;
+    return new FileBrowserView(m_platform, m_browser, m_watcher, m_settings, this);
 }
 
 QWidget* RootView::makeMini() {

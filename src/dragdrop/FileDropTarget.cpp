@@ -1,5 +1,6 @@
 #include "dragdrop/FileDropTarget.h"
 
+#include "browsing/BrowserState.h"
 #include "dragdrop/DropHighlight.h"
 #include "dragdrop/PasteboardDropHandler.h"
 #include "dragdrop/QtPasteboard.h"
@@ -32,7 +33,9 @@ FileDropTarget::FileDropTarget(QWidget& surface, Places places, Platform& platfo
     surface.installEventFilter(this);
 }
 
-FileDropTarget::~FileDropTarget() = default;
+FileDropTarget::~FileDropTarget() {
+    delete m_highlight; // which lies beside the surface, not in it
+}
 
 bool FileDropTarget::eventFilter(QObject*, QEvent* event) {
     switch (event->type()) {
@@ -155,6 +158,17 @@ void FileDropTarget::scrollAtEdges() {
         bar->setValue(bar->value() - scrollStep);
     else if (m_position.y() >= m_surface.height() - edgeHeight)
         bar->setValue(bar->value() + scrollStep);
+}
+
+void attachFolderDrop(QWidget& widget, std::function<Url()> folder, BrowserState& state, Platform& platform) {
+    FileDropTarget::Places places;
+    places.folderRowAt = [&widget, folder = std::move(folder)](QPoint) {
+        return std::optional(FileDropTarget::FolderRow{folder(), widget.rect()});
+    };
+    places.currentFolder = [&state] { return state.currentURL.get().asDirectory(); };
+    places.onOpen = [&state](Url const& opened) { state.navigate(opened); };
+    places.singleStage = true;
+    new FileDropTarget(widget, std::move(places), platform, PasteboardDropHandler::shared());
 }
 
 } // namespace taliro
