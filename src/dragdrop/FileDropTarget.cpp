@@ -7,6 +7,7 @@
 #include "platform/Platform.h"
 
 #include <QAbstractScrollArea>
+#include <QCursor>
 #include <QDropEvent>
 #include <QScrollBar>
 #include <QTimerEvent>
@@ -145,6 +146,13 @@ void FileDropTarget::showRow() {
 void FileDropTarget::timerEvent(QTimerEvent* event) {
     if (event->timerId() != m_resting.timerId())
         return QObject::timerEvent(event);
+    // The surface itself may have moved under the pointer, so the last event's position won't do.
+    m_position = m_surface.mapFromGlobal(QCursor::pos());
+    if (!m_surface.rect().contains(m_position)) {
+        leaveRow();
+        setTargeted(false);
+        return;
+    }
     scrollAtEdges();
     track(m_position);
 }
