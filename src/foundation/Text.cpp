@@ -2,6 +2,7 @@
 
 #include <array>
 #include <memory>
+#include <unicode/brkiter.h>
 #include <unicode/coll.h>
 #include <unicode/datefmt.h>
 #include <unicode/locid.h>
@@ -85,6 +86,25 @@ std::string lowercased(std::string_view text) {
         return lower;
     }
     return utf8(unicode(text).toLower(icu::Locale::getDefault()));
+}
+
+std::string capitalized(std::string_view text) {
+    return utf8(unicode(text).toTitle(nullptr, icu::Locale::getDefault()));
+}
+
+std::vector<std::string> characters(std::string_view text) {
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<icu::BreakIterator> breaks(
+        icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+    if (U_FAILURE(status))
+        return {std::string(text)};
+    auto const whole = unicode(text);
+    breaks->setText(whole);
+    std::vector<std::string> parts;
+    for (auto start = breaks->first(), end = breaks->next(); end != icu::BreakIterator::DONE;
+         start = end, end = breaks->next())
+        parts.push_back(utf8(whole.tempSubStringBetween(start, end)));
+    return parts;
 }
 
 bool containsLowercased(std::string_view text, std::string_view lowercasedPart) {

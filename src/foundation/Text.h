@@ -18,6 +18,10 @@ using Date = std::chrono::sys_time<std::chrono::nanoseconds>;
 /// The user's order of names, letter case ignored.
 std::strong_ordering localizedCaseInsensitiveCompare(std::string_view a, std::string_view b);
 std::string lowercased(std::string_view text);
+/// The first letter of each word in upper case, the others in lower case.
+std::string capitalized(std::string_view text);
+/// The characters as a reader counts them: combining marks stay with what they mark.
+std::vector<std::string> characters(std::string_view text);
 /// Whether the lowercased `text` contains `lowercasedPart` literally.
 bool containsLowercased(std::string_view text, std::string_view lowercasedPart);
 
