@@ -2,18 +2,12 @@
 
 #include "app/AppSettings.h"
 #include "app/TitlebarMenu.h"
-#include "browsing/BrowserState.h"
-#include "browsing/DirectoryLoader.h"
-#include "browsing/DirectoryWatcher.h"
 #include "platform/Platform.h"
-#include "dragdrop/ToastCenter.h"
 #include "views/FileBrowserView.h"
-#include "views/ToastOverlay.h"
 #include "views/Symbols.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QListWidget>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPropertyAnimation>
@@ -107,7 +101,6 @@ RootView::RootView(Platform& platform, BrowserState& browser, DirectoryWatcher& 
     m_refresher.dependOn(settings.miniMode);
     showTitle();
     showBrowser();
-    m_overlays.push_back(new ToastOverlay(ToastCenter::shared(), this));
 }
 
 QWidget* RootView::makeTitle() {
@@ -125,14 +118,6 @@ QWidget* RootView::makeTitle() {
     return bar;
 }
 
-QWidget* RootView::makeFull() {
-    return new FileBrowserView(m_platform, m_browser, m_watcher, m_settings, this);
-}
-
-QWidget* RootView::makeMini() {
-    return makeFull();
-}
-
 void RootView::showTitle() {
     bool const popover = m_settings.popoverMode;
     m_title->setVisible(popover);
@@ -140,22 +125,14 @@ void RootView::showTitle() {
 }
 
 void RootView::showBrowser() {
-    bool const mini = m_settings.miniMode;
-    auto*& wanted = mini ? m_mini : m_full;
-    if (wanted && wanted == m_shown)
+    if (m_full)
         return;
-    auto const before = m_shown && isVisible() ? m_shown->grab() : QPixmap();
-    if (!wanted) {
-        wanted = mini ? makeMini() : makeFull();
-        m_stack->addWidget(wanted);
-    }
-    bool const hadFocus = m_shown && m_shown->isAncestorOf(QApplication::focusWidget());
-    m_shown = wanted;
-    m_stack->setCurrentWidget(wanted);
-    if (hadFocus)
-        wanted->setFocus();
-    if (!before.isNull())
-        crossFadeFrom(before);
+    m_full = new FileBrowserView(m_platform, m_browser, m_watcher, m_settings, this);
+    m_stack->addWidget(m_full);
+}
+
+void RootView::focusBrowser() {
+    m_full->focusContent();
 }
 
 void RootView::crossFadeFrom(QPixmap const& before) {

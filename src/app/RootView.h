@@ -13,6 +13,7 @@ namespace taliro {
 class AppSettings;
 class BrowserState;
 class DirectoryWatcher;
+class FileBrowserView;
 struct Platform;
 
 /// What both the popover and the panel show: a title area, the browser in its full or its compact layout, and
@@ -23,8 +24,8 @@ class RootView : public QWidget {
 public:
     RootView(Platform& platform, BrowserState& browser, DirectoryWatcher& watcher, AppSettings& settings);
 
-    /// What takes the keyboard when the browser is shown: the rows of files.
-    QWidget* firstResponder() const { return m_shown; }
+    /// Gives the keyboard to the rows of files.
+    void focusBrowser();
 
 protected:
     void resizeEvent(QResizeEvent*) override;
@@ -32,8 +33,6 @@ protected:
 
 private:
     QWidget* makeTitle();
-    QWidget* makeFull();
-    QWidget* makeMini();
     void showTitle();
     void showBrowser();
     void crossFadeFrom(QPixmap const& before);
@@ -45,9 +44,7 @@ private:
     QWidget* m_title;
     QWidget* m_strip;
     QStackedLayout* m_stack;
-    QWidget* m_full = nullptr;
-    QWidget* m_mini = nullptr;
-    QWidget* m_shown = nullptr;
+    FileBrowserView* m_full = nullptr; ///< made when first shown
     std::vector<QWidget*> m_overlays; ///< over everything, as large as this
     Refresher m_refresher;
 };
