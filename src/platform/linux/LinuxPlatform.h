@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/HotKeys.h"
 #include "platform/Platform.h"
 #include "platform/linux/AutostartLoginItems.h"
 #include "platform/linux/BackgroundFileOperations.h"
@@ -56,6 +57,7 @@ public:
 
 private:
     std::unique_ptr<X11Connection> m_x;
+    XKeyboard m_keyboard;
 
     XKeyboard m_keyboard;
 
@@ -74,6 +76,7 @@ private:
     QtImageCodec m_imageCodec;
     XkbKeyboardLayout m_keyboardLayout;
     std::unique_ptr<HotKeys> m_hotKeys;
+    BackgroundFileOperations m_fileOperations;
     AutostartLoginItems m_loginItems;
     HomeMetadataQuery m_metadataQuery;
     PosixNewFiles m_newFiles;
