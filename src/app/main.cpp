@@ -57,7 +57,7 @@ int run(CommandLine const& commandLine, int argc, char** argv) {
     application.setApplicationVersion(QStringLiteral(TALIRO_VERSION));
     application.setDesktopFileName(QStringLiteral("com.taliro.Taliro"));
     application.setWindowIcon(
-        QIcon::fromTheme(QStringLiteral("com.taliro.Taliro"), QIcon(":/files/folder.svg")));
+        QIcon::fromTheme(QStringLiteral("com.taliro.Taliro"), QIcon(":/icons/128.png")));
     application.setQuitOnLastWindowClosed(false);
 
     LinuxPlatform services({QStringLiteral(TALIRO_VERSION), QStringLiteral(TALIRO_UPDATE_FEED)});
