@@ -13,7 +13,6 @@ namespace taliro {
 class AppSettings;
 class BrowserState;
 class DirectoryWatcher;
-class FileBrowserView;
 struct Platform;
 
 /// What both the popover and the panel show: a title area, the browser in its full or its compact layout, and
@@ -28,11 +27,13 @@ public:
     void focusBrowser();
 
 protected:
-    void resizeEvent(QResizeEvent*) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     QWidget* makeTitle();
+    QWidget* makeFull();
+    QWidget* makeMini();
     void showTitle();
     void showBrowser();
     void crossFadeFrom(QPixmap const& before);
@@ -44,8 +45,9 @@ private:
     QWidget* m_title;
     QWidget* m_strip;
     QStackedLayout* m_stack;
-    FileBrowserView* m_full = nullptr; ///< made when first shown
-    std::vector<QWidget*> m_overlays; ///< over everything, as large as this
+    QWidget* m_full = nullptr; ///< made when first shown, as is the compact one
+    QWidget* m_mini = nullptr;
+    QWidget* m_shown = nullptr;
     Refresher m_refresher;
 };
 
