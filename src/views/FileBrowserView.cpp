@@ -4,6 +4,7 @@
 #include "browsing/RecentsStore.h"
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
+#include "sidebar/Sidebar.h"
 #include "views/BrowserKeys.h"
 #include "views/BrowserToolbar.h"
 #include "views/ColumnsView.h"
@@ -64,7 +65,8 @@ FileBrowserView::FileBrowserView(Platform& platform, BrowserState& state, Direct
       m_platform(platform),
       m_state(state),
       m_watcher(watcher),
-      m_recents(RecentsStore::shared()), m_rows(platform, state, watcher, m_recents.entries),
+      m_recents(RecentsStore::shared()),
+      m_rows(platform, state, watcher, m_recents.entries),
       m_goToPath(platform, state),
       m_showInspector(platform.userDefaults.boolean(showInspectorKey, true)),
       m_refresher(platform.mainQueue, [this] { refresh(); }) {
@@ -80,7 +82,7 @@ FileBrowserView::FileBrowserView(Platform& platform, BrowserState& state, Direct
 QWidget* FileBrowserView::buildMain(AppSettings& settings) {
     auto* main = new QWidget(this);
     auto* row = tightLayout<QHBoxLayout>(main);
-    auto* sidebar = new QWidget(main);
+    auto* sidebar = new Sidebar(m_platform, m_state, main);
     sidebar->setFixedWidth(sidebarWidth);
     row->addWidget(sidebar);
     row->addWidget(new Line(Line::vertical, main));
