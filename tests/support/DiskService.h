@@ -33,6 +33,7 @@ public:
     std::function<void()> onUnmount;
 
     explicit DiskService(QDBusConnection bus) : m_bus(std::move(bus)) {
+        qDBusRegisterMetaType<QList<QByteArray>>();
         qDBusRegisterMetaType<Interfaces>();
         qDBusRegisterMetaType<Objects>();
         m_bus.registerVirtualObject(QStringLiteral("/org/freedesktop/UDisks2"), this,
