@@ -2,7 +2,6 @@
 
 #include "browsing/BrowserState.h"
 #include "dragdrop/FileDropTarget.h"
-#include "dragdrop/PasteboardDropHandler.h"
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
 #include "platform/Volumes.h"
@@ -49,8 +48,6 @@ Sidebar::Sidebar(Platform& platform, BrowserState& state, QWidget* parent)
     scroller->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroller->viewport()->setAutoFillBackground(false);
     content->setAutoFillBackground(false);
-
-    acceptDrops(*content);
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -104,22 +101,9 @@ SidebarRow* Sidebar::addRow(QVBoxLayout* layout, int index, SidebarItem const& i
     row->setItem(item);
     layout->insertWidget(index, row);
     connect(row, &QAbstractButton::clicked, this, [this, row] { m_state.navigate(row->item().url); });
+    attachFolderDrop(
+        *row, [row] { return row->item().url; }, m_state, m_platform);
     return row;
-}
-
-/// Each row takes drops for its folder and springs open under a resting drag.
-void Sidebar::acceptDrops(QWidget& content) {
-    FileDropTarget::Places places;
-    places.folderRowAt = [&content](QPoint point) -> std::optional<FileDropTarget::FolderRow> {
-        for (auto* child = content.childAt(point); child && child != &content; child = child->parentWidget())
-            if (auto const* row = qobject_cast<SidebarRow*>(child))
-                return FileDropTarget::FolderRow{row->item().url, row->geometry()};
-        return std::nullopt;
-    };
-    places.currentFolder = [this] { return m_state.currentURL.get(); };
-    places.onOpen = [this](Url const& folder) { m_state.navigate(folder); };
-    places.singleStage = true;
-    new FileDropTarget(content, std::move(places), m_platform, PasteboardDropHandler::shared());
 }
 
 void Sidebar::refresh() {

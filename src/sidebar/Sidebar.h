@@ -35,7 +35,6 @@ protected:
 private:
     QVBoxLayout* addSection(QVBoxLayout* column, QString const& title);
     SidebarRow* addRow(QVBoxLayout* layout, int index, SidebarItem const& item);
-    void acceptDrops(QWidget& content);
     void refresh();
     void refreshFavorites();
     void refreshNotices();

@@ -12,6 +12,7 @@
 #include "views/FileListView.h"
 #include "views/GoToBar.h"
 #include "views/IconGridView.h"
+#include "views/InspectorPane.h"
 #include "views/Line.h"
 #include "views/PathBar.h"
 #include "views/SmartFolderLabel.h"
@@ -100,6 +101,7 @@ QWidget* FileBrowserView::buildMain(AppSettings& settings) {
     m_inspector = new QWidget(content);
     auto* inspectorRow = tightLayout<QHBoxLayout>(m_inspector);
     inspectorRow->addWidget(new Line(Line::vertical, m_inspector));
+    inspectorRow->addWidget(new InspectorPane(m_platform, m_state, m_inspector), 1);
     m_inspector->setFixedWidth(inspectorWidth);
     m_inspector->setVisible(m_showInspector.get());
     m_contentRow->addWidget(m_inspector);
