@@ -1,5 +1,8 @@
 #include "app/AppDelegate.h"
 
+#include "KeyboardShortcuts/KeyboardShortcuts.h"
+#include "KeyboardShortcuts/MenuTracking.h"
+#include "KeyboardShortcuts/RecorderCocoa.h"
 #include "app/AppCommands.h"
 #include "app/AppSettings.h"
 #include "app/FactoryReset.h"
@@ -8,6 +11,7 @@
 #include "app/Popover.h"
 #include "app/Updater.h"
 #include "browsing/QuickLookCoordinator.h"
+#include "dragdrop/FileDrag.h"
 #include "foundation/MainQueue.h"
 #include "foundation/NotificationCenter.h"
 #include "platform/OpenRequests.h"
@@ -15,6 +19,8 @@
 #include "platform/UserDefaults.h"
 #include "platform/WindowManager.h"
 #include "views/QuickLookWindow.h"
+
+#include <QApplication>
 
 namespace taliro {
 
@@ -26,7 +32,8 @@ AppDelegate::~AppDelegate() {
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
-    resetToFactoryDefaultsIfNeeded(m_platform.userDefaults, [] {});
+    resetToFactoryDefaultsIfNeeded(m_platform.userDefaults,
+                                   [] { KeyboardShortcuts::shared().reset({togglePicker()}); });
     Updater::shared();
     AppCommands::shared().checkForUpdates = [] { Updater::shared().checkForUpdates(); };
     QuickLookCoordinator::provide([this] {
@@ -38,6 +45,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     observeNotifications();
     m_statusItem->setVisible(m_settings.showMenuBarIcon);
     observeSettings();
+    installShortcut();
     m_platform.openRequests.start([this](std::vector<Url> const& urls) { openURLs(urls); },
                                   [this] { applicationShouldHandleReopen(); });
     present();
@@ -97,6 +105,15 @@ void AppDelegate::observeSettings() {
     later(m_settings.miniMode, [this](bool) {
         updatePopoverSize();
         refreshResizeHandleVisibility();
+    });
+}
+
+void AppDelegate::installShortcut() {
+    new MenuTracking(*qApp);
+    RecorderCocoa::setMainMenu([this] { return m_mainMenu.items(); });
+    KeyboardShortcuts::shared().onKeyDown(togglePicker(), [guard = QPointer(this)] {
+        if (guard)
+            guard->toggleFromHotkey();
     });
 }
 

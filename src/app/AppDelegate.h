@@ -28,8 +28,6 @@ struct Platform;
 
 /// Posted when a drag of files or images comes over the status item.
 inline constexpr char statusItemFileDragEntered[] = "Taliro.statusItemFileDragEntered";
-/// Posted when a drag that began in the browser is over.
-inline constexpr char fileDragDidComplete[] = "Taliro.fileDragDidComplete";
 
 /// Brings the parts together: what happens at start, and how the browser comes and goes, as a popover under
 /// the status item or as a panel.
@@ -66,6 +64,7 @@ private:
     void installStatusItem();
     void observeNotifications();
     void observeSettings();
+    void installShortcut();
     void presentForDrag();
     void dismissAfterDrag();
     void toggle();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QObject>
 
 #include <functional>
@@ -21,6 +22,8 @@ class MainMenu : public QObject {
 public:
     explicit MainMenu(std::function<void()> hide);
 
+    /// Every item that there is, in order.
+    QList<QAction*> items() const { return {m_actions.begin(), m_actions.end()}; }
     /// Makes the key equivalents work in `window`.
     void attachTo(QWidget& window);
     /// A bar with the menus, owned by `parent`.

@@ -98,8 +98,8 @@ void PickerPanel::setContent(RootView* content) {
     m_grips.lieAlong(surface());
 }
 
-QWidget* PickerPanel::firstResponder() {
-    return m_content->firstResponder();
+void PickerPanel::focusContent() {
+    m_content->focusBrowser();
 }
 
 WindowManager::Taskbar PickerPanel::taskbar() const {

@@ -38,8 +38,8 @@ void Popover::setHandlesVisible(bool visible) {
     m_container->setHandlesVisible(visible);
 }
 
-QWidget* Popover::firstResponder() {
-    return m_content->firstResponder();
+void Popover::focusContent() {
+    m_content->focusBrowser();
 }
 
 void Popover::showAt(std::optional<Rect> item, bool focused) {

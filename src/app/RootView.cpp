@@ -5,10 +5,16 @@
 #include "browsing/BrowserState.h"
 #include "browsing/DirectoryWatcher.h"
 #include "browsing/QuickLookCoordinator.h"
+#include "dragdrop/NewFolderCoordinator.h"
+#include "dragdrop/NewFolderPrompt.h"
+#include "dragdrop/ProgressCenter.h"
+#include "dragdrop/ToastCenter.h"
 #include "platform/Platform.h"
 #include "views/FileBrowserView.h"
 #include "views/MiniBrowserView.h"
+#include "views/ProgressOverlay.h"
 #include "views/Symbols.h"
+#include "views/ToastOverlay.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -105,6 +111,9 @@ RootView::RootView(Platform& platform, BrowserState& browser, DirectoryWatcher& 
     m_refresher.dependOn(settings.miniMode);
     showTitle();
     showBrowser();
+    new NewFolderPrompt(NewFolderCoordinator::shared(), this);
+    new ProgressOverlay(ProgressCenter::shared(), this);
+    new ToastOverlay(ToastCenter::shared(), this);
 }
 
 QWidget* RootView::makeTitle() {
@@ -155,22 +164,19 @@ void RootView::showBrowser() {
     m_shown = wanted;
     m_stack->setCurrentWidget(wanted);
     if (hadFocus)
-        wanted->setFocus();
+        focusBrowser();
     if (!before.isNull())
         crossFadeFrom(before);
+}
+
+void RootView::focusBrowser() {
+    m_shown->setFocus(); // The view passes it on to its rows.
 }
 
 void RootView::crossFadeFrom(QPixmap const& before) {
     auto* picture = new FadingPicture(before, this);
     picture->setGeometry(m_stack->geometry());
     picture->show();
-    for (auto* overlay : m_overlays)
-        overlay->raise();
-}
-
-void RootView::resizeEvent(QResizeEvent*) {
-    for (auto* overlay : m_overlays)
-        overlay->setGeometry(rect());
 }
 
 void RootView::mousePressEvent(QMouseEvent* event) {

@@ -1,7 +1,9 @@
 #include "app/TitlebarMenu.h"
 
+#include "KeyboardShortcuts/KeyboardShortcuts.h"
 #include "app/AppCommands.h"
 #include "app/AppSettings.h"
+#include "preferences/HotkeyCaps.h"
 #include "views/Symbols.h"
 #include "views/ToolButton.h"
 
@@ -13,17 +15,22 @@ namespace taliro {
 TitlebarMenu::TitlebarMenu(AppSettings& settings, QWidget* parent)
     : QWidget(parent),
       m_settings(settings),
+      m_caps(new HotkeyCaps(KeyboardShortcuts::shared(), this)),
       m_toggle(new ToolButton("macwindow", QString(), 14, this)),
       m_overflow(new ToolButton("ellipsis", tr("More"), 16, this)) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 10, 0);
     row->setSpacing(4);
+    row->addWidget(m_caps);
+    row->addSpacing(4);
     row->addWidget(m_toggle);
     row->addWidget(m_overflow);
     connect(m_toggle, &QAbstractButton::clicked, this,
             [this] { m_settings.setPopoverMode(!m_settings.popoverMode); });
     addOverflowMenu();
     showMode(settings.popoverMode);
+    m_caps->setVisible(!settings.miniMode);
+    m_subscriptions.push_back(settings.miniMode.observe([this](bool mini) { m_caps->setVisible(!mini); }));
     m_subscriptions.push_back(settings.popoverMode.observe([this](bool popover) { showMode(popover); }));
 }
 

@@ -9,6 +9,7 @@
 namespace taliro {
 
 class AppSettings;
+class HotkeyCaps;
 class ToolButton;
 
 /// The controls at the title's end: the shortcut that calls the browser, popover or window, and what else
@@ -24,7 +25,7 @@ private:
     void addOverflowMenu();
 
     AppSettings& m_settings;
-    QWidget* m_caps = nullptr;
+    HotkeyCaps* m_caps;
     ToolButton* m_toggle;
     ToolButton* m_overflow;
     std::vector<Subscription> m_subscriptions;
