@@ -17,20 +17,21 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include <fstream>
+#include <filesystem>
 
 namespace taliro::testing {
 namespace {
 
 constexpr auto windowManagerKeys = R"(<?xml version="1.0"?>
-<openbox_config xmlns="http://openbox.org/3.4/rc"><keyboard>
+<openbox_config xmlns="http://openbox.org/3.4/rc">
+<focus><focusNew>yes</focusNew></focus><keyboard>
 <keybind key="W-e"><action name="ToggleShowDesktop"/></keybind>
 </keyboard></openbox_config>)";
 
 /// A form with a recorder and a field after it, under a window manager that has a shortcut of its own.
 struct RecorderTest : ::testing::Test {
     TemporaryFolder folder;
-    std::string configuration = folder / "rc.xml";
+    std::string configuration = folder.write("rc.xml", windowManagerKeys);
     Child windowManager;
     Typist typist;
     XKeyboard keyboard;
@@ -54,9 +55,10 @@ struct RecorderTest : ::testing::Test {
     QAction quit{QStringLiteral("&Quit Taliro")};
 
     void SetUp() override {
-        std::ofstream(configuration) << windowManagerKeys;
-        windowManager = Child({"openbox", "--config-file", configuration});
-        ASSERT_TRUE(waitUntil([&] { return keyboard.rootText("_OB_CONFIG_FILE").has_value(); }));
+        // Windows shown before it is ready would be lost on it.
+        std::string const ready = folder / "ready";
+        windowManager = Child({"openbox", "--config-file", configuration, "--startup", "touch " + ready});
+        ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(ready); }));
         shortcuts.onKeyDown(name, [this] { ++toggled; });
         recorder.onChange = [this](auto const& shortcut) { changes.push_back(shortcut); };
         quit.setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
