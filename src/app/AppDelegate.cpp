@@ -10,12 +10,15 @@
 #include "app/PickerPanel.h"
 #include "app/Popover.h"
 #include "app/Updater.h"
+#include "browsing/QuickLookCoordinator.h"
+#include "dragdrop/FileDrag.h"
 #include "foundation/MainQueue.h"
 #include "foundation/NotificationCenter.h"
 #include "platform/OpenRequests.h"
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
 #include "platform/WindowManager.h"
+#include "views/QuickLookWindow.h"
 
 #include <QApplication>
 
@@ -24,13 +27,20 @@ namespace taliro {
 AppDelegate::AppDelegate(Platform& platform, AppSettings& settings, BrowserState& browser)
     : m_platform(platform), m_settings(settings), m_browser(browser), m_mainMenu([this] { dismiss(); }) {}
 
-AppDelegate::~AppDelegate() = default;
+AppDelegate::~AppDelegate() {
+    QuickLookCoordinator::provide({});
+}
 
 void AppDelegate::applicationDidFinishLaunching() {
     resetToFactoryDefaultsIfNeeded(m_platform.userDefaults,
                                    [] { KeyboardShortcuts::shared().reset({togglePicker()}); });
     Updater::shared();
     AppCommands::shared().checkForUpdates = [] { Updater::shared().checkForUpdates(); };
+    QuickLookCoordinator::provide([this] {
+        if (!m_quickLook)
+            m_quickLook = std::make_unique<QuickLookWindow>(m_platform);
+        return m_quickLook.get();
+    });
     installStatusItem();
     observeNotifications();
     m_statusItem->setVisible(m_settings.showMenuBarIcon);

@@ -22,13 +22,12 @@ class AppSettings;
 class BrowserState;
 class PickerPanel;
 class Popover;
+class QuickLookWindow;
 class RootView;
 struct Platform;
 
 /// Posted when a drag of files or images comes over the status item.
 inline constexpr char statusItemFileDragEntered[] = "Taliro.statusItemFileDragEntered";
-/// Posted when a drag that began in the browser is over.
-inline constexpr char fileDragDidComplete[] = "Taliro.fileDragDidComplete";
 
 /// Brings the parts together: what happens at start, and how the browser comes and goes, as a popover under
 /// the status item or as a panel.
@@ -89,6 +88,7 @@ private:
     std::unique_ptr<StatusItem> m_statusItem;
     std::unique_ptr<PickerPanel> m_panel;
     std::unique_ptr<Popover> m_popover;
+    std::unique_ptr<QuickLookWindow> m_quickLook;
     std::vector<Subscription> m_cancellables;
     std::optional<Subscription> m_popoverGlobalClickMonitor;
     bool m_dragInFlight = false;

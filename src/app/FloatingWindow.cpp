@@ -137,7 +137,7 @@ void FloatingWindow::present(bool focused) {
     auto const takeKeyboard = [this] {
         if (!isVisible())
             return;
-        firstResponder()->setFocus(Qt::ActiveWindowFocusReason);
+        focusContent();
         m_platform.windowManager.focus(winId());
     };
     activateWindow();
@@ -216,7 +216,7 @@ QWidget* FloatingWindow::editedField() const {
 void FloatingWindow::endEditingOutside(QPoint globalPosition) {
     auto* field = editedField();
     if (field && !field->rect().contains(field->mapFromGlobal(globalPosition)))
-        firstResponder()->setFocus(Qt::MouseFocusReason);
+        focusContent();
 }
 
 bool FloatingWindow::eventFilter(QObject* watched, QEvent* event) {

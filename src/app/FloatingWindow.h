@@ -44,8 +44,8 @@ protected:
     void setArrow(ArrowEdge edge, int x);
     ArrowEdge arrowEdge() const { return m_arrowEdge; }
     virtual WindowManager::Taskbar taskbar() const { return WindowManager::Taskbar::skipped; }
-    /// What has the keyboard when no text field has it.
-    virtual QWidget* firstResponder() = 0;
+    /// Gives the keyboard to what has it when no text field has.
+    virtual void focusContent() = 0;
     Platform& platform() const { return m_platform; }
 
     void paintEvent(QPaintEvent*) override;

@@ -63,7 +63,7 @@ QSize toQSize(Size size) {
 
 PickerPanel::PickerPanel(Platform& platform, AppSettings& settings, MainMenu& menu)
     : FloatingWindow(platform, QStringLiteral("Taliro")), m_settings(settings), m_grips(*this) {
-    setObjectName(QStringLiteral("PickerPanel"));
+    setWindowRole(QStringLiteral("panel"));
     addTitleBar(menu);
     setFrameLimits(toQSize(Placement::minimumSize), toQSize(Placement::maximumSize));
     restoreFrame();
@@ -98,8 +98,8 @@ void PickerPanel::setContent(RootView* content) {
     m_grips.lieAlong(surface());
 }
 
-QWidget* PickerPanel::firstResponder() {
-    return m_content->firstResponder();
+void PickerPanel::focusContent() {
+    m_content->focusBrowser();
 }
 
 WindowManager::Taskbar PickerPanel::taskbar() const {

@@ -33,7 +33,7 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
-    QWidget* firstResponder() override;
+    void focusContent() override;
     WindowManager::Taskbar taskbar() const override;
 
 private:

@@ -23,7 +23,7 @@ Popover::Popover(Platform& platform, AppSettings& settings)
     : FloatingWindow(platform, QStringLiteral("Taliro")),
       m_settings(settings),
       m_container(new ResizeContainerViewController(this)) {
-    setObjectName(QStringLiteral("Popover"));
+    setWindowRole(QStringLiteral("popover"));
     rows()->addWidget(m_container);
     connect(m_container, &ResizeContainerViewController::handleDragged, this, &Popover::resizeBy);
     setFrameLimits(sizeOf(Placement::minimumSize), sizeOf(Placement::maximumSize));
@@ -38,8 +38,8 @@ void Popover::setHandlesVisible(bool visible) {
     m_container->setHandlesVisible(visible);
 }
 
-QWidget* Popover::firstResponder() {
-    return m_content->firstResponder();
+void Popover::focusContent() {
+    m_content->focusBrowser();
 }
 
 void Popover::showAt(std::optional<Rect> item, bool focused) {

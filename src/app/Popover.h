@@ -32,7 +32,7 @@ Q_SIGNALS:
 
 protected:
     void hideEvent(QHideEvent*) override;
-    QWidget* firstResponder() override;
+    void focusContent() override;
 
 private:
     void resizeBy(ResizeCorner corner, QPoint by);

@@ -3,14 +3,19 @@
 #include "app/AppSettings.h"
 #include "app/TitlebarMenu.h"
 #include "browsing/BrowserState.h"
-#include "browsing/DirectoryLoader.h"
 #include "browsing/DirectoryWatcher.h"
+#include "browsing/QuickLookCoordinator.h"
+#include "dragdrop/ProgressCenter.h"
+#include "dragdrop/ToastCenter.h"
 #include "platform/Platform.h"
+#include "views/FileBrowserView.h"
+#include "views/MiniBrowserView.h"
+#include "views/ProgressOverlay.h"
 #include "views/Symbols.h"
+#include "views/ToastOverlay.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QListWidget>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPropertyAnimation>
@@ -104,6 +109,8 @@ RootView::RootView(Platform& platform, BrowserState& browser, DirectoryWatcher& 
     m_refresher.dependOn(settings.miniMode);
     showTitle();
     showBrowser();
+    new ProgressOverlay(ProgressCenter::shared(), this);
+    new ToastOverlay(ToastCenter::shared(), this);
 }
 
 QWidget* RootView::makeTitle() {
@@ -122,18 +129,16 @@ QWidget* RootView::makeTitle() {
 }
 
 QWidget* RootView::makeFull() {
-    auto* list = new QListWidget(this);
-    auto const fill = [this, list](Url const& folder) {
-        list->clear();
-        for (auto const& entry : DirectoryLoader::load(m_platform, folder, "", SortKey::name, true))
-            list->addItem(QString::fromStdString(legible(entry.name())));
-    };
-    fill(m_browser.currentURL);
-    return list;
+    return new FileBrowserView(m_platform, m_browser, m_watcher, m_settings, this);
 }
 
 QWidget* RootView::makeMini() {
-    return makeFull();
+    return new MiniBrowserView(m_platform, m_browser, m_watcher, m_settings, this);
+}
+
+void RootView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    QuickLookCoordinator::shared().attach(m_browser);
 }
 
 void RootView::showTitle() {
@@ -156,22 +161,19 @@ void RootView::showBrowser() {
     m_shown = wanted;
     m_stack->setCurrentWidget(wanted);
     if (hadFocus)
-        wanted->setFocus();
+        focusBrowser();
     if (!before.isNull())
         crossFadeFrom(before);
+}
+
+void RootView::focusBrowser() {
+    m_shown->setFocus(); // The view passes it on to its rows.
 }
 
 void RootView::crossFadeFrom(QPixmap const& before) {
     auto* picture = new FadingPicture(before, this);
     picture->setGeometry(m_stack->geometry());
     picture->show();
-    for (auto* overlay : m_overlays)
-        overlay->raise();
-}
-
-void RootView::resizeEvent(QResizeEvent*) {
-    for (auto* overlay : m_overlays)
-        overlay->setGeometry(rect());
 }
 
 void RootView::mousePressEvent(QMouseEvent* event) {

@@ -23,12 +23,12 @@ class RootView : public QWidget {
 public:
     RootView(Platform& platform, BrowserState& browser, DirectoryWatcher& watcher, AppSettings& settings);
 
-    /// What takes the keyboard when the browser is shown: the rows of files.
-    QWidget* firstResponder() const { return m_shown; }
+    /// Gives the keyboard to the rows of files.
+    void focusBrowser();
 
 protected:
-    void resizeEvent(QResizeEvent*) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     QWidget* makeTitle();
@@ -45,10 +45,9 @@ private:
     QWidget* m_title;
     QWidget* m_strip;
     QStackedLayout* m_stack;
-    QWidget* m_full = nullptr;
+    QWidget* m_full = nullptr; ///< made when first shown, as is the compact one
     QWidget* m_mini = nullptr;
     QWidget* m_shown = nullptr;
-    std::vector<QWidget*> m_overlays; ///< over everything, as large as this
     Refresher m_refresher;
 };
 

@@ -22,6 +22,7 @@ TitlebarMenu::TitlebarMenu(AppSettings& settings, QWidget* parent)
     row->setContentsMargins(0, 0, 10, 0);
     row->setSpacing(4);
     row->addWidget(m_caps);
+    row->addSpacing(4);
     row->addWidget(m_toggle);
     row->addWidget(m_overflow);
     connect(m_toggle, &QAbstractButton::clicked, this,

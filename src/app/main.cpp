@@ -1,3 +1,4 @@
+#include "KeyboardShortcuts/MenuTracking.h"
 #include "app/AppDelegate.h"
 #include "app/AppSettings.h"
 #include "app/CommandLine.h"
@@ -71,6 +72,7 @@ int run(CommandLine const& commandLine, int argc, char** argv) {
     theme.install(application);
     auto const darkness = platform.colorScheme.observe([&](bool dark) { theme.setDark(dark); });
 
+    new MenuTracking(application);
     AppDelegate delegate(platform, AppSettings::shared(), BrowserState::shared());
     if (!commandLine.urls.empty())
         platform.mainQueue.async([&] { delegate.openURLs(commandLine.urls); });

@@ -43,7 +43,7 @@ std::vector<FileEntry> DirectoryLoader::list(Platform& platform, Url const& fold
 
 std::vector<FileEntry> DirectoryLoader::list(Platform& platform, Url const& folder,
                                              std::vector<std::string> const& names) {
-    return makeEntries(platform, folder, platform.fileManager.items(folder, names, Hidden::skip));
+    return makeEntries(platform, folder, platform.fileManager.contents(folder, names, Hidden::skip));
 }
 
 std::string DirectoryLoader::normalizedFilter(std::string_view filter) {

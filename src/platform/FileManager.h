@@ -44,8 +44,8 @@ public:
     /// those the folder's `.hidden` file lists.
     virtual std::expected<std::vector<ListedItem>, std::errc> contents(Url const& folder, Hidden hidden) = 0;
     /// Those of `names` that are in `folder`, as `contents` tells of them.
-    virtual std::vector<ListedItem> items(Url const& folder, std::vector<std::string> const& names,
-                                          Hidden hidden) = 0;
+    virtual std::vector<ListedItem> contents(Url const& folder, std::vector<std::string> const& names,
+                                             Hidden hidden) = 0;
     /// Names of the folders directly in `folder`, links to folders among them; nothing where it can't be
     /// read. Reads no attributes where the listing itself tells what is a folder.
     virtual std::optional<std::vector<std::string>> subfolders(Url const& folder, Hidden hidden) = 0;

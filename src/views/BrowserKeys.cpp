@@ -1,5 +1,6 @@
 #include "views/BrowserKeys.h"
 
+#include "browsing/QuickLookCoordinator.h"
 #include "foundation/MainQueue.h"
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
@@ -65,6 +66,8 @@ BrowserKeys::Outcome BrowserKeys::handle(QKeyEvent const& event) {
             open(*selection);
         return Outcome::consumed;
     case Qt::Key_Space:
+        if (selection)
+            QuickLookCoordinator::shared().toggle(*selection);
         return Outcome::consumed;
     default:
         return Outcome::unknown;

@@ -11,6 +11,7 @@
 #include "views/FileListView.h"
 #include "views/GoToBar.h"
 #include "views/IconGridView.h"
+#include "views/InspectorPane.h"
 #include "views/Line.h"
 #include "views/PathBar.h"
 #include "views/SmartFolderLabel.h"
@@ -43,6 +44,19 @@ Layout* tightLayout(QWidget* widget) {
     return layout;
 }
 
+/// A label in the colour of what is read second.
+class QuietLabel : public QLabel {
+public:
+    using QLabel::QLabel;
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setPen(colors().text2);
+        painter.drawText(rect(), Qt::AlignCenter, text());
+    }
+};
+
 } // namespace
 
 FileBrowserView::FileBrowserView(Platform& platform, BrowserState& state, DirectoryWatcher& watcher,
@@ -51,7 +65,8 @@ FileBrowserView::FileBrowserView(Platform& platform, BrowserState& state, Direct
       m_platform(platform),
       m_state(state),
       m_watcher(watcher),
-      m_recents(RecentsStore::shared()), m_rows(platform, state, watcher, m_recents.entries),
+      m_recents(RecentsStore::shared()),
+      m_rows(platform, state, watcher, m_recents.entries),
       m_goToPath(platform, state),
       m_showInspector(platform.userDefaults.boolean(showInspectorKey, true)),
       m_refresher(platform.mainQueue, [this] { refresh(); }) {
@@ -85,6 +100,7 @@ QWidget* FileBrowserView::buildMain(AppSettings& settings) {
     m_inspector = new QWidget(content);
     auto* inspectorRow = tightLayout<QHBoxLayout>(m_inspector);
     inspectorRow->addWidget(new Line(Line::vertical, m_inspector));
+    inspectorRow->addWidget(new InspectorPane(m_platform, m_state, m_inspector), 1);
     m_inspector->setFixedWidth(inspectorWidth);
     m_inspector->setVisible(m_showInspector.get());
     m_contentRow->addWidget(m_inspector);
@@ -110,9 +126,8 @@ QWidget* FileBrowserView::buildPathRow() {
     auto* goTo = new ToolButton("arrow.right.circle", tr("Go to folder… (⌘⇧G)"), 15, row);
     connect(goTo, &QToolButton::clicked, this, [this] { openGoToPath(); });
     layout->addWidget(goTo);
-    m_itemCount = new QLabel(row);
+    m_itemCount = new QuietLabel(row);
     m_itemCount->setFont(Theme::current().font(metrics::list));
-    m_itemCount->setForegroundRole(QPalette::PlaceholderText);
     m_itemCount->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     layout->addWidget(m_itemCount);
     return row;
@@ -202,19 +217,36 @@ void FileBrowserView::showContent(Content content) {
     switch (content) {
     case Content::icons:
         shown = m_grid = new IconGridView(m_platform, m_state, parent);
+        attachDragDrop(*m_grid, currentFolder(), m_state, m_platform);
         break;
     case Content::list:
         shown = m_list = new FileListView(m_platform, m_state, parent);
+        attachDragDrop(*m_list, currentFolder(), m_state, m_platform);
         break;
     case Content::columns:
         shown = m_columns = new ColumnsView(m_platform, m_state, parent);
         m_columns->onRowsChanged = [this] { refreshPathRow(); };
+        m_columns->onPaneMade = [this](ColumnPane& pane, std::size_t index) { attachToPane(pane, index); };
         break;
     }
     m_contentRow->insertWidget(0, shown, 1);
     shown->show();
     if (hadFocus || !QApplication::focusWidget())
         focusContent();
+}
+
+ItemViewFolder FileBrowserView::currentFolder() {
+    return {.shown = [this] { return m_state.currentURL.get().asDirectory(); },
+            .open = [this](Url const& folder) { m_state.navigate(folder); },
+            .onTargeted = {}};
+}
+
+void FileBrowserView::attachToPane(ColumnPane& pane, std::size_t index) {
+    ItemViewFolder const folder{
+        .shown = [&pane] { return pane.root().asDirectory(); },
+        .open = [this, index](Url const& opened) { m_columns->open(opened, index); },
+        .onTargeted = [this, index](bool targeted) { m_columns->setPaneTargeted(index, targeted); }};
+    attachDragDrop(pane, folder, m_state, m_platform);
 }
 
 std::size_t FileBrowserView::itemCount() {

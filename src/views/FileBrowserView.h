@@ -2,6 +2,7 @@
 
 #include "browsing/GoToPath.h"
 #include "browsing/Rows.h"
+#include "dragdrop/ItemViewDragDrop.h"
 #include "foundation/Refresher.h"
 
 #include <QPointer>
@@ -14,6 +15,7 @@ namespace taliro {
 
 class AppSettings;
 class BrowserToolbar;
+class ColumnPane;
 class ColumnsView;
 class FileListView;
 class IconGridView;
@@ -34,6 +36,7 @@ public:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void focusInEvent(QFocusEvent*) override { focusContent(); }
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
@@ -48,6 +51,8 @@ private:
     void refresh();
     Content wantedContent() const;
     void showContent(Content content);
+    ItemViewFolder currentFolder();
+    void attachToPane(ColumnPane& pane, std::size_t index);
     void refreshPathRow();
     void toggleInspector(bool show);
     std::size_t itemCount();

@@ -14,6 +14,12 @@ FileIcons& FileIcons::shared() {
     return icons;
 }
 
+FileIcons::FileIcons(TypeCatalog& types) : m_types(types) {
+    // A bare window manager names no icon theme.
+    if (QIcon::themeName().isEmpty() || QIcon::themeName() == QStringLiteral("hicolor"))
+        QIcon::setFallbackThemeName(QStringLiteral("Adwaita"));
+}
+
 QIcon const& FileIcons::iconOf(std::string const& mimeType) {
     auto const key = QString::fromStdString(mimeType);
     auto const known = m_icons.constFind(key);

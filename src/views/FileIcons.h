@@ -17,7 +17,7 @@ class TypeCatalog;
 class FileIcons {
 public:
     static FileIcons& shared();
-    explicit FileIcons(TypeCatalog& types) : m_types(types) {}
+    explicit FileIcons(TypeCatalog& types);
 
     QPixmap pixmap(std::string_view name, bool isDirectory, int points, qreal devicePixelRatio);
     /// Fills `box`, keeping the picture's proportions.

@@ -54,13 +54,13 @@ Q_SIGNALS:
     void menuRequested(std::optional<taliro::FileEntry> const& entry, QPoint globalPosition);
 
 protected:
-    // Geometry, with the origin at the top left of all rows.
-    virtual QRect cellRect(int row) const = 0;
-    virtual int rowAt(QPoint point) const = 0; ///< -1 where there is none
-    virtual int contentHeight() const = 0;
+    // Geometry, with the origin at the top left of all rows. Asked while the view is being made, too.
+    virtual QRect cellRect(int) const { return {}; }
+    virtual int rowAt(QPoint) const { return -1; } ///< -1 where there is none
+    virtual int contentHeight() const { return 0; }
     /// First and one past the last row that touch the lines from `top` to `bottom`.
-    virtual std::pair<int, int> rowsBetween(int top, int bottom) const = 0;
-    virtual int scrollStep() const = 0;
+    virtual std::pair<int, int> rowsBetween(int /*top*/, int /*bottom*/) const { return {0, 0}; }
+    virtual int scrollStep() const { return 1; }
 
     virtual void paintCell(QPainter& painter, QRect const& cell, FileEntry const& entry, bool selected) = 0;
     /// Whether the name in `cell` is cut off, so that a tooltip is of use.

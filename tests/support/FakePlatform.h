@@ -4,10 +4,15 @@
 #include "platform/Bookmarks.h"
 #include "platform/ColorScheme.h"
 #include "platform/DesktopPlaces.h"
+#include "platform/DirectSave.h"
 #include "platform/DirectoryEvents.h"
+#include "platform/Downloads.h"
 #include "platform/FileManager.h"
+#include "platform/FileOperations.h"
+#include "platform/ImageCodec.h"
 #include "platform/LoginItems.h"
 #include "platform/MetadataQuery.h"
+#include "platform/NewFiles.h"
 #include "platform/OpenRequests.h"
 #include "platform/Platform.h"
 #include "platform/PointerEvents.h"
@@ -119,8 +124,8 @@ struct FakeFileManager : FileManager {
         }
         return listed;
     }
-    std::vector<ListedItem> items(Url const& folder, std::vector<std::string> const& names,
-                                  Hidden hidden) override {
+    std::vector<ListedItem> contents(Url const& folder, std::vector<std::string> const& names,
+                                     Hidden hidden) override {
         std::vector<ListedItem> found;
         for (auto const& name : names)
             if (auto const item = folder.appending(name);
@@ -466,6 +471,118 @@ struct FakeWindowManager : WindowManager {
     }
 };
 
+/// Copies and moves within a `FakeFileManager`, at once.
+struct FakeFileOperations : FileOperations {
+    explicit FakeFileOperations(FakeFileManager& files) : files(files) {}
+
+    FakeFileManager& files;
+    std::vector<std::pair<std::string, std::string>> copies; ///< tried: from, to
+    std::vector<std::pair<std::string, std::string>> moves;
+    std::map<std::string, std::errc> failures;              ///< by the source's path
+    std::function<TransferAnswer(Report const&)> meanwhile; ///< what happens while the bytes are moved
+    bool leftoversRemoved = false;
+
+    Result copy(Url source, Url destination, Report report) override {
+        copies.emplace_back(source.path(), destination.path());
+        return transfer(source.path(), destination.path(), report, true);
+    }
+    Result move(Url source, Url destination, Report report) override {
+        moves.emplace_back(source.path(), destination.path());
+        return transfer(source.path(), destination.path(), report, false);
+    }
+    void removeLeftovers() override { leftoversRemoved = true; }
+
+private:
+    Result transfer(std::string const& from, std::string const& to, Report const& report, bool keep) {
+        if (meanwhile && meanwhile(report) == TransferAnswer::cancel)
+            return std::unexpected(std::errc::operation_canceled);
+        if (auto const failure = failures.find(from); failure != failures.end())
+            return std::unexpected(failure->second);
+        if (!files.tree.contains(from))
+            return std::unexpected(std::errc::no_such_file_or_directory);
+        if (files.tree.contains(to))
+            return std::unexpected(std::errc::file_exists);
+        auto const items = files.tree;
+        for (auto const& [path, known] : items) {
+            if (path != from && !path.starts_with(from + "/"))
+                continue;
+            files.tree[to + path.substr(from.size())] = known;
+            if (auto const bytes = files.contentsOf.find(path); bytes != files.contentsOf.end())
+                files.contentsOf[to + path.substr(from.size())] = bytes->second;
+            if (!keep) {
+                files.tree.erase(path);
+                files.contentsOf.erase(path);
+            }
+        }
+        return {};
+    }
+};
+
+struct FakeDirectSave : DirectSave {
+    std::optional<std::string> name;
+    std::optional<Url> destination;
+    std::optional<std::string> promisedName() override { return name; }
+    void setDestination(Url const& url) override { destination = url; }
+};
+
+/// Downloads that go on when the test says so.
+struct FakeDownloads : Downloads {
+    struct FakeTask : Task {
+        FakeTask(FakeDownloads& owner, Url link, Url folder, Callbacks callbacks)
+            : owner(owner),
+              link(std::move(link)),
+              folder(std::move(folder)),
+              callbacks(std::move(callbacks)) {
+            owner.tasks.push_back(this);
+        }
+        ~FakeTask() override { std::erase(owner.tasks, this); }
+        FakeDownloads& owner;
+        Url link;
+        Url folder;
+        Callbacks callbacks;
+    };
+    std::vector<FakeTask*> tasks; ///< those running
+    std::unique_ptr<Task> start(Url const& link, Url const& folder, Callbacks callbacks) override {
+        return std::make_unique<FakeTask>(*this, link, folder, std::move(callbacks));
+    }
+    /// Ends the oldest.
+    void end(std::optional<Downloaded> downloaded) {
+        auto const onEnd = tasks.front()->callbacks.onEnd;
+        onEnd(std::move(downloaded));
+    }
+};
+
+struct FakeImageCodec : ImageCodec {
+    std::optional<std::string> result; ///< what every picture becomes
+    std::optional<std::string> png(std::string_view) override { return result; }
+};
+
+/// Writes into the file system in memory.
+struct FakeNewFiles : NewFiles {
+    explicit FakeNewFiles(FakeFileManager& files) : files(files) {}
+    FakeFileManager& files;
+    std::vector<std::errc> failures; ///< of the next calls
+    std::vector<Url> discarded;
+    Result write(Url const& destination, std::string_view bytes) override {
+        if (!failures.empty())
+            return fail();
+        files.addFile(destination.path());
+        files.contentsOf[destination.path()] = bytes;
+        return {};
+    }
+    Result keep(Url const& temporary, Url const& destination) override {
+        return write(destination, files.contentsOf[temporary.path()]);
+    }
+    void discard(Url const& temporary) override { discarded.push_back(temporary); }
+
+private:
+    Result fail() {
+        auto const error = failures.front();
+        failures.erase(failures.begin());
+        return std::unexpected(error);
+    }
+};
+
 /// A desktop that the test holds in its hands: each service is a stand-in whose state is open.
 struct FakePlatform {
     FakeFileManager fileManager;
@@ -473,12 +590,17 @@ struct FakePlatform {
     FakeBookmarks bookmarks{fileManager};
     FakeColorScheme colorScheme;
     FakeDesktopPlaces desktopPlaces;
+    FakeDirectSave directSave;
     FakeDirectoryEvents directoryEvents;
+    FakeDownloads downloads;
+    FakeFileOperations fileOperations{fileManager};
     FakeHotKeys hotKeys;
+    FakeImageCodec imageCodec;
     FakeKeyboardLayout keyboardLayout;
     FakeLoginItems loginItems;
     HandQueue mainQueue;
     FakeMetadataQuery metadataQuery;
+    FakeNewFiles newFiles{fileManager};
     FakeOpenRequests openRequests;
     FakePointerEvents pointerEvents;
     FakePreviews previews;
@@ -503,12 +625,17 @@ struct FakePlatform {
         .colorScheme = colorScheme,
         .desktopPlaces = desktopPlaces,
         .directoryEvents = directoryEvents,
+        .directSave = directSave,
+        .downloads = downloads,
         .fileManager = fileManager,
+        .fileOperations = fileOperations,
         .hotKeys = hotKeys,
+        .imageCodec = imageCodec,
         .keyboardLayout = keyboardLayout,
         .loginItems = loginItems,
         .mainQueue = mainQueue,
         .metadataQuery = metadataQuery,
+        .newFiles = newFiles,
         .openRequests = openRequests,
         .pointerEvents = pointerEvents,
         .previews = previews,

@@ -175,8 +175,8 @@ std::expected<std::vector<ListedItem>, std::errc> PosixFileManager::contents(Url
     return items;
 }
 
-std::vector<ListedItem> PosixFileManager::items(Url const& folder, std::vector<std::string> const& names,
-                                                Hidden hidden) {
+std::vector<ListedItem> PosixFileManager::contents(Url const& folder, std::vector<std::string> const& names,
+                                                   Hidden hidden) {
     FileDescriptor const descriptor(::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!descriptor)
         return {};

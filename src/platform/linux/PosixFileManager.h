@@ -8,8 +8,8 @@ namespace taliro {
 class PosixFileManager : public FileManager {
 public:
     std::expected<std::vector<ListedItem>, std::errc> contents(Url const& folder, Hidden hidden) override;
-    std::vector<ListedItem> items(Url const& folder, std::vector<std::string> const& names,
-                                  Hidden hidden) override;
+    std::vector<ListedItem> contents(Url const& folder, std::vector<std::string> const& names,
+                                     Hidden hidden) override;
     std::optional<std::vector<std::string>> subfolders(Url const& folder, Hidden hidden) override;
     std::optional<FileAttributes> attributes(Url const& item) override;
     bool exists(Url const& item) override;

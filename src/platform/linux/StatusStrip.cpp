@@ -19,6 +19,7 @@ StatusStrip::StatusStrip(QIcon icon, QString const& description)
     // A dock stays above other windows and on every workspace, and never takes the keyboard.
     setAttribute(Qt::WA_X11NetWmWindowTypeDock);
     setAttribute(Qt::WA_ShowWithoutActivating);
+    setWindowRole(QStringLiteral("status item"));
     setWindowTitle(description);
     setAccessibleName(description);
     setToolTip(description);

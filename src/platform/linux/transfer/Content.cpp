@@ -1,0 +1,121 @@
+#include "platform/linux/transfer/Content.h"
+
+#include <algorithm>
+#include <fcntl.h>
+#include <limits>
+#include <linux/fs.h>
+#include <memory>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace taliro::transfer {
+
+namespace {
+
+/// Below this, asking the kernel for its ways costs more than copying by hand.
+constexpr std::int64_t smallFile = 32 * 1024;
+/// How much is copied between two looks at whether to stop.
+constexpr std::int64_t step = 8 * 1024 * 1024;
+constexpr std::size_t bufferSize = 256 * 1024;
+
+char* buffer() {
+    thread_local auto const bytes = std::make_unique_for_overwrite<char[]>(bufferSize);
+    return bytes.get();
+}
+
+Result writeAll(int to, char const* bytes, std::size_t count, off_t offset) {
+    while (count > 0) {
+        auto const written = ::pwrite(to, bytes, count, offset);
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written < 0)
+            return failure();
+        bytes += written;
+        count -= static_cast<std::size_t>(written);
+        offset += written;
+    }
+    return {};
+}
+
+/// Copies up to `end` or the end of the file, whichever comes first.
+Result copyByHand(int from, int to, off_t offset, off_t end, Sink& sink) {
+    while (offset < end) {
+        auto const wanted = std::min<off_t>(end - offset, bufferSize);
+        auto const count = ::pread(from, buffer(), static_cast<std::size_t>(wanted), offset);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            return failure();
+        if (count == 0)
+            break;
+        if (auto const written = writeAll(to, buffer(), static_cast<std::size_t>(count), offset); !written)
+            return written;
+        offset += count;
+        if (!sink.advance(count))
+            return std::unexpected(std::errc::operation_canceled);
+    }
+    return {};
+}
+
+bool isUnsupported(int error) {
+    return error == EXDEV || error == EINVAL || error == EOPNOTSUPP || error == ENOSYS || error == EPERM ||
+           error == ETXTBSY || error == EBADF;
+}
+
+Result copyRange(int from, int to, off_t offset, off_t end, Sink& sink) {
+    while (offset < end) {
+        auto source = offset;
+        auto target = offset;
+        auto const wanted = static_cast<std::size_t>(std::min<off_t>(end - offset, step));
+        auto const count = ::copy_file_range(from, &source, to, &target, wanted, 0);
+        if (count < 0 && errno == EINTR)
+            continue;
+        // Some file systems can't, and some say that there is nothing where there is something.
+        if (count == 0 || (count < 0 && isUnsupported(errno)))
+            return copyByHand(from, to, offset, end, sink);
+        if (count < 0)
+            return failure();
+        offset += count;
+        if (!sink.advance(count))
+            return std::unexpected(std::errc::operation_canceled);
+    }
+    return {};
+}
+
+Result copyExtents(int from, int to, off_t size, Sink& sink) {
+    off_t end = 0;
+    while (end < size) {
+        auto const start = ::lseek(from, end, SEEK_DATA);
+        if (start < 0 && errno == ENXIO) { // a hole up to the end
+            if (!sink.advance(size - end))
+                return std::unexpected(std::errc::operation_canceled);
+            break;
+        }
+        if (start < 0)
+            return copyRange(from, to, end, size, sink);
+        if (!sink.advance(start - end))
+            return std::unexpected(std::errc::operation_canceled);
+        end = ::lseek(from, start, SEEK_HOLE);
+        if (end < 0)
+            end = size;
+        if (auto const copied = copyRange(from, to, start, std::min(end, size), sink); !copied)
+            return copied;
+    }
+    return outcome(::ftruncate(to, size));
+}
+
+} // namespace
+
+Result copyContent(int from, int to, struct stat const& status, Sink& sink) {
+    auto const size = status.st_size;
+    if (size == 0) // the kernel's made-up files claim to be empty
+        return copyByHand(from, to, 0, std::numeric_limits<off_t>::max(), sink);
+    if (size <= smallFile)
+        return copyByHand(from, to, 0, size, sink);
+    if (::ioctl(to, FICLONE, from) == 0)
+        return sink.advance(size) ? Result() : std::unexpected(std::errc::operation_canceled);
+    bool const hasHoles = status.st_blocks * 512 < size;
+    return hasHoles ? copyExtents(from, to, size, sink) : copyRange(from, to, 0, size, sink);
+}
+
+} // namespace taliro::transfer

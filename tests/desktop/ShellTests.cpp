@@ -1,0 +1,243 @@
+// How the browser starts, comes and goes.
+
+#include "desktop/Desktop.h"
+
+#include <gtest/gtest.h>
+
+namespace taliro::testing {
+namespace {
+
+constexpr char defaultsHead[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>\n";
+
+/// Starts out with these settings, given as keys and values of a property list.
+void writeDefaults(Desktop& desktop, std::string const& entries) {
+    std::filesystem::path const folder = desktop.environment().at("XDG_CONFIG_HOME") + "/taliro";
+    std::filesystem::create_directories(folder);
+    std::ofstream(folder / "defaults.plist") << defaultsHead << entries << "</dict></plist>\n";
+}
+
+std::string storedDefaults(Desktop& desktop) {
+    return contentsOf(desktop.environment().at("XDG_CONFIG_HOME") + "/taliro/defaults.plist");
+}
+
+bool storesReal(Desktop& desktop, std::string const& key, std::string const& value) {
+    auto const text = storedDefaults(desktop);
+    auto const at = text.find("<key>" + key + "</key>");
+    auto const real = text.find("<real>", at);
+    return at != std::string::npos && text.compare(real + 6, value.size(), value) == 0;
+}
+
+/// Where the tray has our icon.
+Place trayIcon(Desktop& desktop) {
+    Place found;
+    EXPECT_TRUE(waitFor([&] {
+        for (auto const& window : desktop.display().windows()) {
+            bool const isInTray = window.klass == "Taliro" && window.role.empty() && window.place.y < 30 &&
+                                  window.place.width <= 30 && window.place.width > 10;
+            if (isInTray)
+                found = window.place;
+        }
+        return found.width > 0;
+    })) << "no icon in the tray";
+    return found;
+}
+
+void clickAt(Desktop& desktop, Place const& place, int button = 1) {
+    desktop.display().click(place.midX(), place.midY(), button);
+}
+
+constexpr char popoverMode[] = "<key>popoverMode</key><true/>";
+
+TEST(Shell, ShowsTheHomeFolderWithTheKeyboardInIt) {
+    Desktop desktop;
+    desktop.makeFolder("Reports");
+    desktop.write("notes.md");
+    Program program(desktop);
+    auto const panel = desktop.display().expectWindow("panel");
+    program.tree().expect("", "Reports");
+    program.tree().expect("", "notes.md");
+    EXPECT_TRUE(waitFor([&] { return desktop.display().focused() == panel.id; }));
+    EXPECT_TRUE(desktop.display().hasState(panel.id, "_NET_WM_STATE_ABOVE"));
+    EXPECT_TRUE(desktop.display().hasState(panel.id, "_NET_WM_STATE_SKIP_TASKBAR"));
+    EXPECT_EQ(desktop.display().values(panel.id, "_NET_WM_DESKTOP"), std::vector<std::uint32_t>{0xFFFFFFFF});
+    EXPECT_EQ(program.process().terminate(), 128 + SIGTERM);
+}
+
+TEST(Shell, SecondStartSelectsItsFileInTheFirst) {
+    Desktop desktop;
+    desktop.write("Reports/may.odt");
+    Program program(desktop);
+    desktop.display().expectWindow("panel");
+    program.tree().expect("", "Reports");
+    EXPECT_EQ(runProgram(desktop, {"may.odt"}, desktop.home() / "Reports"), 0);
+    program.tree().expect("", "may.odt");
+    EXPECT_TRUE(waitFor([&] {
+        return static_cast<bool>(program.tree().find([](Accessible const& one) {
+            return one.name() == "may.odt" && one.has(Accessible::State::selected);
+        }));
+    }));
+    EXPECT_TRUE(program.process().isRunning());
+}
+
+TEST(Shell, SaysInOneLineWhyItCannotStart) {
+    Desktop desktop;
+    EXPECT_EQ(runProgram(desktop, {"--version"}), 0);
+    EXPECT_NE(runProgram(desktop, {"--frobnicate"}), 0);
+    Program blind(desktop, {}, {{"DISPLAY", ":9999"}});
+    EXPECT_EQ(blind.process().waitForExit(), 1);
+    auto const output = blind.output();
+    EXPECT_EQ(std::ranges::count(output, '\n'), 1) << output;
+}
+
+TEST(Shell, RunsWithoutABus) {
+    Desktop desktop;
+    Program program(desktop, {}, {{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere"}});
+    desktop.display().expectWindow("panel");
+    EXPECT_TRUE(program.process().isRunning());
+}
+
+TEST(Tray, LeftClickTogglesAndRightClickOpensTheMenu) {
+    Desktop desktop({.tray = true});
+    Program program(desktop);
+    auto& display = desktop.display();
+    display.expectWindow("panel");
+    auto const icon = trayIcon(desktop);
+    clickAt(desktop, icon);
+    EXPECT_TRUE(display.waitUntilGone("panel"));
+    clickAt(desktop, icon);
+    auto const panel = display.expectWindow("panel");
+    EXPECT_TRUE(waitFor([&] { return display.window("panel")->place.y == icon.maxY() + 6; }))
+        << "the icon is at " << icon << ", the panel at " << panel.place;
+
+    clickAt(desktop, icon, 3);
+    auto const menu = program.tree().expect("menu item", "Preferences…");
+    for (auto const* title : {"Check for Updates…", "Quit Taliro"})
+        EXPECT_TRUE(static_cast<bool>(program.tree().find("menu item", title))) << title;
+    EXPECT_TRUE(display.window("panel")) << "a right click does not toggle";
+    display.key("Escape");
+    EXPECT_TRUE(program.tree().waitUntilGone("menu item", "Preferences…"));
+    clickAt(desktop, icon);
+    EXPECT_TRUE(display.waitUntilGone("panel"));
+}
+
+TEST(Tray, StripStandsInUntilATrayComes) {
+    Desktop desktop;
+    Program program(desktop);
+    auto& display = desktop.display();
+    display.expectWindow("panel");
+    auto const strip = display.expectWindow("status item");
+    clickAt(desktop, strip.place);
+    EXPECT_TRUE(display.waitUntilGone("panel"));
+    desktop.startTray();
+    EXPECT_TRUE(display.waitUntilGone("status item"));
+    clickAt(desktop, trayIcon(desktop));
+    display.expectWindow("panel");
+}
+
+TEST(Popover, HangsUnderTheIconUntilEscapeOrAClickElsewhere) {
+    Desktop desktop({.tray = true});
+    writeDefaults(desktop, popoverMode);
+    desktop.write("notes.md");
+    Program program(desktop);
+    auto& display = desktop.display();
+    display.expectWindow("popover");
+    auto const icon = trayIcon(desktop);
+    EXPECT_TRUE(waitFor([&] {
+        auto const popover = display.window("popover");
+        return popover && popover->place.y == icon.maxY() && popover->place.x < icon.x &&
+               popover->place.maxX() > icon.maxX();
+    }));
+    EXPECT_TRUE(waitFor([&] { return display.focused() == display.window("popover")->id; }));
+    display.key("Escape");
+    EXPECT_TRUE(display.waitUntilGone("popover"));
+
+    ForeignWindow const other(desktop.displayName(), {40, 500, 200, 200});
+    EXPECT_TRUE(waitFor([&] {
+        return std::ranges::any_of(display.windows(), [](auto const& one) { return one.klass == "Foreign"; });
+    }));
+    clickAt(desktop, icon);
+    display.expectWindow("popover");
+    clickAt(desktop, icon);
+    EXPECT_TRUE(display.waitUntilGone("popover")) << "a click on the icon closes it and leaves it closed";
+    clickAt(desktop, icon);
+    display.expectWindow("popover");
+    display.click(100, 600);
+    EXPECT_TRUE(display.waitUntilGone("popover"));
+}
+
+TEST(Popover, StaysOnOutsideClicksWhereTheUserWantsThat) {
+    Desktop desktop({.tray = true});
+    writeDefaults(desktop, std::string(popoverMode) + "<key>closePopoverOnOutsideClick</key><false/>");
+    Program program(desktop);
+    auto& display = desktop.display();
+    auto const popover = display.expectWindow("popover");
+    display.click(popover.place.x - 40, popover.place.maxY() + 40);
+    display.key("Escape"); // Heard after the click; that it works shows that the popover was still there.
+    EXPECT_TRUE(display.window("popover") || display.waitUntilGone("popover"));
+}
+
+TEST(Popover, HandlesStoreTheSizeWithinItsLimits) {
+    Desktop desktop({.tray = true});
+    writeDefaults(desktop, popoverMode);
+    Program program(desktop);
+    auto& display = desktop.display();
+    display.expectWindow("popover");
+    trayIcon(desktop);
+    auto const settled = [&] {
+        auto last = display.window("popover")->place;
+        waitFor([&] { return display.window("popover")->place.x > 100; });
+        return last = display.window("popover")->place;
+    };
+    auto place = settled();
+    display.drag(place.x + 12, place.maxY() - 12, place.x + 12 - 60, place.maxY() - 12 + 40);
+    EXPECT_TRUE(waitFor([&] {
+        return storesReal(desktop, "popoverWidth", "780") && storesReal(desktop, "popoverHeight", "500");
+    })) << storedDefaults(desktop);
+    EXPECT_TRUE(waitFor([&] { return display.window("popover")->place.width == 780; }));
+    place = display.window("popover")->place;
+    display.drag(place.maxX() - 12, place.maxY() - 12, place.x + 20, place.y + 60);
+    EXPECT_TRUE(waitFor([&] {
+        return storesReal(desktop, "popoverWidth", "280") && storesReal(desktop, "popoverHeight", "300");
+    })) << storedDefaults(desktop);
+    EXPECT_TRUE(waitFor([&] { return display.window("popover")->place.width == 280; }));
+}
+
+TEST(Panel, RemembersItsFrame) {
+    Desktop desktop;
+    Place moved;
+    {
+        Program program(desktop);
+        auto& display = desktop.display();
+        auto const before = display.expectWindow("panel").place;
+        display.drag(before.midX(), before.y + 10, before.midX() - 90, before.y + 70);
+        EXPECT_TRUE(waitFor([&] { return display.window("panel")->place.x == before.x - 90; }));
+        auto const place = display.window("panel")->place;
+        display.drag(place.maxX() - 2, place.midY(), place.maxX() + 58, place.midY());
+        EXPECT_TRUE(waitFor([&] { return display.window("panel")->place.width == place.width + 60; }));
+        moved = display.window("panel")->place;
+        auto const text = std::to_string(moved.x) + ' ' + std::to_string(moved.y) + ' ' +
+                          std::to_string(moved.width) + ' ' + std::to_string(moved.height);
+        EXPECT_TRUE(waitFor([&] { return storedDefaults(desktop).find(text) != std::string::npos; }))
+            << storedDefaults(desktop);
+    }
+    Program again(desktop);
+    EXPECT_EQ(desktop.display().expectWindow("panel").place, moved);
+}
+
+TEST(Panel, TitleButtonSwitchesBothWays) {
+    Desktop desktop({.tray = true});
+    Program program(desktop);
+    auto& display = desktop.display();
+    display.expectWindow("panel");
+    program.tree().expect("push button", "Show as Menu Bar Popover").act();
+    display.expectWindow("popover");
+    EXPECT_FALSE(display.window("panel"));
+    program.tree().expect("push button", "Show as Window").act();
+    auto const panel = display.expectWindow("panel");
+    EXPECT_TRUE(display.waitUntilGone("popover"));
+    auto const icon = trayIcon(desktop);
+    EXPECT_TRUE(waitFor([&] { return display.window("panel")->place.y == icon.maxY() + 6; })) << panel.place;
+}
+
+} // namespace
+} // namespace taliro::testing
