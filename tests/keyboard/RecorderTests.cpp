@@ -9,6 +9,7 @@
 #include "platform/linux/XkbKeyboardLayout.h"
 #include "support/FakePlatform.h"
 #include "support/TemporaryFolder.h"
+#include "support/WaitUntil.h"
 
 #include <QAction>
 #include <QApplication>
@@ -32,7 +33,7 @@ constexpr auto windowManagerKeys = R"(<?xml version="1.0"?>
 struct RecorderTest : ::testing::Test {
     TemporaryFolder folder;
     std::string configuration = folder.write("rc.xml", windowManagerKeys);
-    Child windowManager;
+    Process windowManager;
     Typist typist;
     XKeyboard keyboard;
     XkbKeyboardLayout layout{keyboard};
@@ -57,7 +58,7 @@ struct RecorderTest : ::testing::Test {
     void SetUp() override {
         // Windows shown before it is ready would be lost on it.
         std::string const ready = folder / "ready";
-        windowManager = Child({"openbox", "--config-file", configuration, "--startup", "touch " + ready});
+        windowManager = start({"openbox", "--config-file", configuration, "--startup", "touch " + ready});
         ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(ready); }));
         shortcuts.onKeyDown(name, [this] { ++toggled; });
         recorder.onChange = [this](auto const& shortcut) { changes.push_back(shortcut); };
