@@ -5,6 +5,8 @@
 #include "browsing/BrowserState.h"
 #include "browsing/DirectoryWatcher.h"
 #include "browsing/QuickLookCoordinator.h"
+#include "dragdrop/NewFolderCoordinator.h"
+#include "dragdrop/NewFolderPrompt.h"
 #include "dragdrop/ProgressCenter.h"
 #include "dragdrop/ToastCenter.h"
 #include "platform/Platform.h"
@@ -109,6 +111,7 @@ RootView::RootView(Platform& platform, BrowserState& browser, DirectoryWatcher& 
     m_refresher.dependOn(settings.miniMode);
     showTitle();
     showBrowser();
+    new NewFolderPrompt(NewFolderCoordinator::shared(), this);
     new ProgressOverlay(ProgressCenter::shared(), this);
     new ToastOverlay(ToastCenter::shared(), this);
 }

@@ -4,6 +4,7 @@
 #include "app/CommandLine.h"
 #include "browsing/BrowserState.h"
 #include "platform/ColorScheme.h"
+#include "platform/FileOperations.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "views/Theme.h"
 
@@ -56,7 +57,7 @@ int run(CommandLine const& commandLine, int argc, char** argv) {
     application.setApplicationVersion(QStringLiteral(TALIRO_VERSION));
     application.setDesktopFileName(QStringLiteral("com.taliro.Taliro"));
     application.setWindowIcon(
-        QIcon::fromTheme(QStringLiteral("com.taliro.Taliro"), QIcon(":/files/folder.svg")));
+        QIcon::fromTheme(QStringLiteral("com.taliro.Taliro"), QIcon(":/icons/128.png")));
     application.setQuitOnLastWindowClosed(false);
 
     LinuxPlatform services({QStringLiteral(TALIRO_VERSION), QStringLiteral(TALIRO_UPDATE_FEED)});
@@ -77,6 +78,7 @@ int run(CommandLine const& commandLine, int argc, char** argv) {
     if (!commandLine.urls.empty())
         platform.mainQueue.async([&] { delegate.openURLs(commandLine.urls); });
     delegate.applicationDidFinishLaunching();
+    platform.fileOperations.removeLeftovers();
     return application.exec();
 }
 

@@ -32,8 +32,8 @@
 #include "platform/linux/X11PointerEvents.h"
 #include "platform/linux/X11WindowManager.h"
 #include "platform/linux/XKeyboard.h"
-#include "platform/linux/XdgStandardFolders.h"
 #include "platform/linux/XcbDirectSave.h"
+#include "platform/linux/XdgStandardFolders.h"
 #include "platform/linux/XdgWorkspace.h"
 #include "platform/linux/XkbKeyboardLayout.h"
 
@@ -59,7 +59,6 @@ private:
     std::unique_ptr<X11Connection> m_x;
     XKeyboard m_keyboard;
 
-    XKeyboard m_keyboard;
 
     QtMainQueue m_mainQueue;
     InotifyDirectoryEvents m_directoryEvents;
