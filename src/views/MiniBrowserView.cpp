@@ -2,6 +2,7 @@
 
 #include "browsing/AncestorChain.h"
 #include "browsing/RecentsStore.h"
+#include "dragdrop/ItemViewDragDrop.h"
 #include "platform/Platform.h"
 #include "sidebar/FavoritesStore.h"
 #include "views/Commands.h"
@@ -93,6 +94,11 @@ void MiniBrowserView::makeCommands() {
     connect(m_list, &ItemView::entryClicked, this, [this](FileEntry const& entry) { click(entry); });
     connect(m_list, &ItemView::entryDoubleClicked, this,
             [this](FileEntry const& entry) { doubleClick(entry); });
+    attachDragDrop(*m_list,
+                   {.shown = [this] { return m_state.currentURL.get().asDirectory(); },
+                    .open = [this](Url const& folder) { m_state.navigate(folder); },
+                    .onTargeted = {}},
+                   m_state, m_platform);
 }
 
 void MiniBrowserView::observe() {
