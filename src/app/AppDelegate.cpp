@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
+#include "KeyboardShortcuts/RecorderCocoa.h"
 #include "app/AppCommands.h"
 #include "app/AppSettings.h"
 #include "app/FactoryReset.h"
@@ -28,6 +29,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     resetToFactoryDefaultsIfNeeded(m_platform.userDefaults, [&] {
         shortcuts.setShortcut(togglePicker().defaultShortcut(), togglePicker());
     });
+    RecorderCocoa::setMainMenu([this] { return m_mainMenu.menus(); });
     Updater::shared();
     AppCommands::shared().checkForUpdates = [] { Updater::shared().checkForUpdates(); };
     installStatusItem();
@@ -40,7 +42,17 @@ void AppDelegate::applicationDidFinishLaunching() {
     });
     m_platform.openRequests.start([this](std::vector<Url> const& urls) { openURLs(urls); },
                                   [this] { applicationShouldHandleReopen(); });
-    present();
+    presentOnceItemIsPlaced();
+}
+
+/// A popover waits a moment for the tray to take its icon in, or it would jump.
+void AppDelegate::presentOnceItemIsPlaced() {
+    if (!m_settings.popoverMode || !m_settings.showMenuBarIcon || m_statusItem->frame()) {
+        present();
+        return;
+    }
+    using namespace std::chrono_literals;
+    m_firstPresentation = m_platform.mainQueue.after(500ms, [this] { present(); });
 }
 
 void AppDelegate::installStatusItem() {
@@ -49,6 +61,10 @@ void AppDelegate::installStatusItem() {
     m_statusItem->onRightClick = [this] { showMenu(); };
     m_statusItem->onDragEntered = [] { NotificationCenter::standard().post(statusItemFileDragEntered); };
     m_statusItem->onPlaced = [this] {
+        if (m_firstPresentation.isPending()) {
+            m_firstPresentation.cancel();
+            present();
+        }
         if (m_popover)
             m_popover->anchor(m_statusItem->frame());
     };

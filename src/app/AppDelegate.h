@@ -3,6 +3,7 @@
 #include "app/MainMenu.h"
 #include "foundation/Subscription.h"
 #include "foundation/Url.h"
+#include "foundation/WorkItem.h"
 #include "platform/Screens.h"
 #include "platform/StatusBar.h"
 
@@ -61,6 +62,7 @@ protected:
 
 private:
     void installStatusItem();
+    void presentOnceItemIsPlaced();
     void observeNotifications();
     void observeSettings();
     void presentForDrag();
@@ -88,6 +90,7 @@ private:
     std::unique_ptr<Popover> m_popover;
     std::vector<Subscription> m_cancellables;
     std::optional<Subscription> m_popoverGlobalClickMonitor;
+    WorkItem m_firstPresentation; ///< while it waits for the status item
     bool m_dragInFlight = false;
     std::chrono::milliseconds m_closedByClickAt{-1'000'000};
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QObject>
 
 #include <functional>
@@ -23,6 +24,8 @@ public:
 
     /// Makes the key equivalents work in `window`.
     void attachTo(QWidget& window);
+    /// The bar's items, each with a menu below it.
+    QList<QAction*> menus() const;
     /// A bar with the menus, owned by `parent`.
     QMenuBar* makeBar(QWidget* parent);
 

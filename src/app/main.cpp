@@ -77,7 +77,8 @@ int run(CommandLine const& commandLine, int argc, char** argv) {
     if (!commandLine.urls.empty())
         platform.mainQueue.async([&] { delegate.openURLs(commandLine.urls); });
     delegate.applicationDidFinishLaunching();
-    return application.exec();
+    // Everything is stored when it changes, and the shared objects have no order in which to go.
+    std::quick_exit(application.exec());
 }
 
 } // namespace
