@@ -5,6 +5,10 @@ if(NOT TARGET Taliro OR NOT TARGET taliro)
     return()
 endif()
 
+# All that build/<preset>/bundle holds.
+add_custom_target(bundle)
+add_dependencies(bundle Taliro taliro taliro-renderer)
+
 set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(resources ${CMAKE_SOURCE_DIR}/resources)
@@ -12,7 +16,7 @@ set(made ${CMAKE_BINARY_DIR}/resources)
 set(id com.taliro.Taliro)
 
 install(TARGETS Taliro RUNTIME DESTINATION lib/taliro)
-install(TARGETS taliro RUNTIME DESTINATION lib/taliro/Resources)
+install(TARGETS taliro taliro-renderer RUNTIME DESTINATION lib/taliro/Resources)
 
 function(install_link name target)
     install(CODE "

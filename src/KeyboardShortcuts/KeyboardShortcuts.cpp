@@ -11,9 +11,12 @@ KeyboardShortcuts::KeyboardShortcuts(UserDefaults& defaults, HotKeys& hotKeys, K
     : m_defaults(defaults), m_layout(layout), m_carbon(hotKeys, layout, systemShortcuts) {}
 
 KeyboardShortcuts& KeyboardShortcuts::shared() {
-    auto& platform = Platform::current();
-    static KeyboardShortcuts shortcuts(platform.userDefaults, platform.hotKeys, platform.keyboardLayout,
-                                       platform.systemShortcuts);
+    // Never destroyed: what it stands on goes before any static object does.
+    static auto& shortcuts = *[] {
+        auto& platform = Platform::current();
+        return new KeyboardShortcuts(platform.userDefaults, platform.hotKeys, platform.keyboardLayout,
+                                     platform.systemShortcuts);
+    }();
     return shortcuts;
 }
 

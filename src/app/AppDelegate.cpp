@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
+#include "KeyboardShortcuts/MenuTracking.h"
 #include "KeyboardShortcuts/RecorderCocoa.h"
 #include "app/AppCommands.h"
 #include "app/AppSettings.h"
@@ -9,6 +10,7 @@
 #include "app/PickerPanel.h"
 #include "app/Popover.h"
 #include "app/Updater.h"
+#include "browsing/QuickLookCoordinator.h"
 #include "dragdrop/FileDrag.h"
 #include "foundation/MainQueue.h"
 #include "foundation/NotificationCenter.h"
@@ -16,30 +18,34 @@
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
 #include "platform/WindowManager.h"
+#include "views/QuickLookWindow.h"
+
+#include <QApplication>
 
 namespace taliro {
 
 AppDelegate::AppDelegate(Platform& platform, AppSettings& settings, BrowserState& browser)
     : m_platform(platform), m_settings(settings), m_browser(browser), m_mainMenu([this] { dismiss(); }) {}
 
-AppDelegate::~AppDelegate() = default;
+AppDelegate::~AppDelegate() {
+    QuickLookCoordinator::provide({});
+}
 
 void AppDelegate::applicationDidFinishLaunching() {
-    auto& shortcuts = KeyboardShortcuts::shared();
-    resetToFactoryDefaultsIfNeeded(m_platform.userDefaults, [&] {
-        shortcuts.setShortcut(togglePicker().defaultShortcut(), togglePicker());
-    });
-    RecorderCocoa::setMainMenu([this] { return m_mainMenu.menus(); });
+    resetToFactoryDefaultsIfNeeded(m_platform.userDefaults,
+                                   [] { KeyboardShortcuts::shared().reset({togglePicker()}); });
     Updater::shared();
     AppCommands::shared().checkForUpdates = [] { Updater::shared().checkForUpdates(); };
+    QuickLookCoordinator::provide([this] {
+        if (!m_quickLook)
+            m_quickLook = std::make_unique<QuickLookWindow>(m_platform);
+        return m_quickLook.get();
+    });
     installStatusItem();
     observeNotifications();
     m_statusItem->setVisible(m_settings.showMenuBarIcon);
     observeSettings();
-    shortcuts.onKeyDown(togglePicker(), [guard = QPointer(this)] {
-        if (guard)
-            guard->toggleFromHotkey();
-    });
+    installShortcut();
     m_platform.openRequests.start([this](std::vector<Url> const& urls) { openURLs(urls); },
                                   [this] { applicationShouldHandleReopen(); });
     presentOnceItemIsPlaced();
@@ -113,6 +119,15 @@ void AppDelegate::observeSettings() {
     later(m_settings.miniMode, [this](bool) {
         updatePopoverSize();
         refreshResizeHandleVisibility();
+    });
+}
+
+void AppDelegate::installShortcut() {
+    new MenuTracking(*qApp);
+    RecorderCocoa::setMainMenu([this] { return m_mainMenu.items(); });
+    KeyboardShortcuts::shared().onKeyDown(togglePicker(), [guard = QPointer(this)] {
+        if (guard)
+            guard->toggleFromHotkey();
     });
 }
 

@@ -23,6 +23,7 @@ class AppSettings;
 class BrowserState;
 class PickerPanel;
 class Popover;
+class QuickLookWindow;
 class RootView;
 struct Platform;
 
@@ -65,6 +66,7 @@ private:
     void presentOnceItemIsPlaced();
     void observeNotifications();
     void observeSettings();
+    void installShortcut();
     void presentForDrag();
     void dismissAfterDrag();
     void toggle();
@@ -88,6 +90,7 @@ private:
     std::unique_ptr<StatusItem> m_statusItem;
     std::unique_ptr<PickerPanel> m_panel;
     std::unique_ptr<Popover> m_popover;
+    std::unique_ptr<QuickLookWindow> m_quickLook;
     std::vector<Subscription> m_cancellables;
     std::optional<Subscription> m_popoverGlobalClickMonitor;
     WorkItem m_firstPresentation; ///< while it waits for the status item

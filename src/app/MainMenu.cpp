@@ -100,10 +100,6 @@ void MainMenu::attachTo(QWidget& window) {
         window.addAction(action);
 }
 
-QList<QAction*> MainMenu::menus() const {
-    return {m_application->menuAction(), m_edit->menuAction()};
-}
-
 QMenuBar* MainMenu::makeBar(QWidget* parent) {
     auto* bar = new QMenuBar(parent);
     bar->setAccessibleName(tr("Menu bar"));

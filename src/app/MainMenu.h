@@ -22,10 +22,10 @@ class MainMenu : public QObject {
 public:
     explicit MainMenu(std::function<void()> hide);
 
+    /// Every item that there is, in order.
+    QList<QAction*> items() const { return {m_actions.begin(), m_actions.end()}; }
     /// Makes the key equivalents work in `window`.
     void attachTo(QWidget& window);
-    /// The bar's items, each with a menu below it.
-    QList<QAction*> menus() const;
     /// A bar with the menus, owned by `parent`.
     QMenuBar* makeBar(QWidget* parent);
 

@@ -2,10 +2,16 @@
 
 #include "app/AppSettings.h"
 #include "app/TitlebarMenu.h"
+#include "browsing/BrowserState.h"
+#include "browsing/DirectoryWatcher.h"
+#include "browsing/QuickLookCoordinator.h"
+#include "dragdrop/NewFolderCoordinator.h"
+#include "dragdrop/NewFolderPrompt.h"
 #include "dragdrop/ProgressCenter.h"
 #include "dragdrop/ToastCenter.h"
 #include "platform/Platform.h"
 #include "views/FileBrowserView.h"
+#include "views/MiniBrowserView.h"
 #include "views/ProgressOverlay.h"
 #include "views/Symbols.h"
 #include "views/ToastOverlay.h"
@@ -105,6 +111,7 @@ RootView::RootView(Platform& platform, BrowserState& browser, DirectoryWatcher& 
     m_refresher.dependOn(settings.miniMode);
     showTitle();
     showBrowser();
+    new NewFolderPrompt(NewFolderCoordinator::shared(), this);
     new ProgressOverlay(ProgressCenter::shared(), this);
     new ToastOverlay(ToastCenter::shared(), this);
 }
@@ -124,6 +131,19 @@ QWidget* RootView::makeTitle() {
     return bar;
 }
 
+QWidget* RootView::makeFull() {
+    return new FileBrowserView(m_platform, m_browser, m_watcher, m_settings, this);
+}
+
+QWidget* RootView::makeMini() {
+    return new MiniBrowserView(m_platform, m_browser, m_watcher, m_settings, this);
+}
+
+void RootView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    QuickLookCoordinator::shared().attach(m_browser);
+}
+
 void RootView::showTitle() {
     bool const popover = m_settings.popoverMode;
     m_title->setVisible(popover);
@@ -131,14 +151,26 @@ void RootView::showTitle() {
 }
 
 void RootView::showBrowser() {
-    if (m_full)
+    bool const mini = m_settings.miniMode;
+    auto*& wanted = mini ? m_mini : m_full;
+    if (wanted && wanted == m_shown)
         return;
-    m_full = new FileBrowserView(m_platform, m_browser, m_watcher, m_settings, this);
-    m_stack->addWidget(m_full);
+    auto const before = m_shown && isVisible() ? m_shown->grab() : QPixmap();
+    if (!wanted) {
+        wanted = mini ? makeMini() : makeFull();
+        m_stack->addWidget(wanted);
+    }
+    bool const hadFocus = m_shown && m_shown->isAncestorOf(QApplication::focusWidget());
+    m_shown = wanted;
+    m_stack->setCurrentWidget(wanted);
+    if (hadFocus)
+        focusBrowser();
+    if (!before.isNull())
+        crossFadeFrom(before);
 }
 
 void RootView::focusBrowser() {
-    m_full->focusContent();
+    m_shown->setFocus(); // The view passes it on to its rows.
 }
 
 void RootView::crossFadeFrom(QPixmap const& before) {

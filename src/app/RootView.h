@@ -13,7 +13,6 @@ namespace taliro {
 class AppSettings;
 class BrowserState;
 class DirectoryWatcher;
-class FileBrowserView;
 struct Platform;
 
 /// What both the popover and the panel show: a title area, the browser in its full or its compact layout, and
@@ -29,9 +28,12 @@ public:
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     QWidget* makeTitle();
+    QWidget* makeFull();
+    QWidget* makeMini();
     void showTitle();
     void showBrowser();
     void crossFadeFrom(QPixmap const& before);
@@ -43,7 +45,9 @@ private:
     QWidget* m_title;
     QWidget* m_strip;
     QStackedLayout* m_stack;
-    FileBrowserView* m_full = nullptr; ///< made when first shown
+    QWidget* m_full = nullptr; ///< made when first shown, as is the compact one
+    QWidget* m_mini = nullptr;
+    QWidget* m_shown = nullptr;
     Refresher m_refresher;
 };
 

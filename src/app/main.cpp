@@ -1,9 +1,9 @@
-#include "KeyboardShortcuts/MenuTracking.h"
 #include "app/AppDelegate.h"
 #include "app/AppSettings.h"
 #include "app/CommandLine.h"
 #include "browsing/BrowserState.h"
 #include "platform/ColorScheme.h"
+#include "platform/FileOperations.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "views/Theme.h"
 
@@ -56,7 +56,7 @@ int run(CommandLine const& commandLine, int argc, char** argv) {
     application.setApplicationVersion(QStringLiteral(TALIRO_VERSION));
     application.setDesktopFileName(QStringLiteral("com.taliro.Taliro"));
     application.setWindowIcon(
-        QIcon::fromTheme(QStringLiteral("com.taliro.Taliro"), QIcon(":/files/folder.svg")));
+        QIcon::fromTheme(QStringLiteral("com.taliro.Taliro"), QIcon(":/icons/128.png")));
     application.setQuitOnLastWindowClosed(false);
 
     LinuxPlatform services({QStringLiteral(TALIRO_VERSION), QStringLiteral(TALIRO_UPDATE_FEED)});
@@ -72,11 +72,11 @@ int run(CommandLine const& commandLine, int argc, char** argv) {
     theme.install(application);
     auto const darkness = platform.colorScheme.observe([&](bool dark) { theme.setDark(dark); });
 
-    new MenuTracking(application);
     AppDelegate delegate(platform, AppSettings::shared(), BrowserState::shared());
     if (!commandLine.urls.empty())
         platform.mainQueue.async([&] { delegate.openURLs(commandLine.urls); });
     delegate.applicationDidFinishLaunching();
+    platform.fileOperations.removeLeftovers();
     // Everything is stored when it changes, and the shared objects have no order in which to go.
     std::quick_exit(application.exec());
 }

@@ -34,13 +34,14 @@ void ThumbnailCache::load(Url const& url, double size, std::function<void(Pictur
     if (!isNew)
         return;
     auto const pixels = static_cast<int>(std::ceil(size * backingScale(m_platform.screens)));
-    auto const finish = [this, url, name, completion = std::move(completion)](std::optional<Picture> picture) {
+    auto const finish = [this, url, name,
+                         completion = std::move(completion)](std::optional<Picture> picture) {
         // What ends here holds this very function: it goes once the function is done.
         auto const ended = m_inflight.extract(name);
         if (!picture)
             return;
         m_cache.insert_or_assign(name, *picture);
-        m_keysByUrl[url].insert(name);
+        m_known[url].keys.insert(name);
         completion(*picture);
     };
     inflight->second.request = m_platform.thumbnailer.request({url, pixels, pixels}, finish);
@@ -50,13 +51,14 @@ void ThumbnailCache::cancelExcept(std::unordered_set<Url> const& wanted) {
     std::erase_if(m_inflight, [&](auto const& item) { return !wanted.contains(item.second.url); });
 }
 
-void ThumbnailCache::forget(Url const& url) {
-    std::erase_if(m_inflight, [&](auto const& item) { return item.second.url == url; });
-    auto const keys = m_keysByUrl.extract(url);
-    if (keys.empty())
+void ThumbnailCache::noteModified(Url const& url, std::optional<Date> modified) {
+    auto const [found, isNew] = m_known.try_emplace(url);
+    auto& known = found->second;
+    if (std::exchange(known.modified, modified) == modified || isNew)
         return;
-    for (auto const& name : keys.mapped())
+    for (auto const& name : std::exchange(known.keys, {}))
         m_cache.erase(name);
+    std::erase_if(m_inflight, [&](auto const& item) { return item.second.url == url; });
 }
 
 double backingScale(Screens& screens) {
@@ -68,7 +70,8 @@ double backingScale(Screens& screens) {
 Size fittedImage(Size image, Size box) {
     if (image.width <= 0 || image.height <= 0)
         return image;
-    auto const scale = std::min(std::max(box.width - 12, 0.0) / image.width, std::max(box.height - 12, 0.0) / image.height);
+    auto const scale =
+        std::min(std::max(box.width - 12, 0.0) / image.width, std::max(box.height - 12, 0.0) / image.height);
     return {image.width * scale, image.height * scale};
 }
 

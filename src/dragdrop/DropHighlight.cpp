@@ -22,8 +22,7 @@ QRectF outlineIn(QRectF const& rect) {
 
 } // namespace
 
-DropHighlight::DropHighlight(QWidget& surface)
-    : QWidget(surface.parentWidget() ? surface.parentWidget() : &surface), m_surface(surface) {
+DropHighlight::DropHighlight(QWidget& surface) : QWidget(&surface), m_surface(surface) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setAttribute(Qt::WA_NoSystemBackground);
     setFocusPolicy(Qt::NoFocus);
@@ -64,7 +63,7 @@ void DropHighlight::setRow(QRect row, double fillOpacity, double strokeOpacity, 
 }
 
 void DropHighlight::updateShown() {
-    auto const shown = m_framed || m_to != Opacities{} || m_animation.state() == QAbstractAnimation::Running;
+    bool const shown = m_framed || m_to != Opacities{} || m_animation.state() == QAbstractAnimation::Running;
     if (shown)
         follow();
     setVisible(shown);
@@ -74,7 +73,10 @@ void DropHighlight::updateShown() {
 }
 
 void DropHighlight::follow() {
-    auto const topLeft = parentWidget() == &m_surface ? QPoint() : m_surface.mapTo(parentWidget(), QPoint());
+    auto* const beside = m_surface.parentWidget() ? m_surface.parentWidget() : &m_surface;
+    if (parentWidget() != beside)
+        setParent(beside);
+    auto const topLeft = beside == &m_surface ? QPoint() : m_surface.mapTo(beside, QPoint());
     setGeometry(QRect(topLeft, m_surface.size()));
 }
 

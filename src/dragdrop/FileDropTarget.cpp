@@ -1,11 +1,13 @@
 #include "dragdrop/FileDropTarget.h"
 
+#include "browsing/BrowserState.h"
 #include "dragdrop/DropHighlight.h"
 #include "dragdrop/PasteboardDropHandler.h"
 #include "dragdrop/QtPasteboard.h"
 #include "platform/Platform.h"
 
 #include <QAbstractScrollArea>
+#include <QCursor>
 #include <QDropEvent>
 #include <QScrollBar>
 #include <QTimerEvent>
@@ -32,7 +34,9 @@ FileDropTarget::FileDropTarget(QWidget& surface, Places places, Platform& platfo
     surface.installEventFilter(this);
 }
 
-FileDropTarget::~FileDropTarget() = default;
+FileDropTarget::~FileDropTarget() {
+    delete m_highlight; // which lies beside the surface, not in it
+}
 
 bool FileDropTarget::eventFilter(QObject*, QEvent* event) {
     switch (event->type()) {
@@ -142,6 +146,13 @@ void FileDropTarget::showRow() {
 void FileDropTarget::timerEvent(QTimerEvent* event) {
     if (event->timerId() != m_resting.timerId())
         return QObject::timerEvent(event);
+    // The surface itself may have moved under the pointer, so the last event's position won't do.
+    m_position = m_surface.mapFromGlobal(QCursor::pos());
+    if (!m_surface.rect().contains(m_position)) {
+        leaveRow();
+        setTargeted(false);
+        return;
+    }
     scrollAtEdges();
     track(m_position);
 }
@@ -155,6 +166,17 @@ void FileDropTarget::scrollAtEdges() {
         bar->setValue(bar->value() - scrollStep);
     else if (m_position.y() >= m_surface.height() - edgeHeight)
         bar->setValue(bar->value() + scrollStep);
+}
+
+void attachFolderDrop(QWidget& widget, std::function<Url()> folder, BrowserState& state, Platform& platform) {
+    FileDropTarget::Places places;
+    places.folderRowAt = [&widget, folder = std::move(folder)](QPoint) {
+        return std::optional(FileDropTarget::FolderRow{folder(), widget.rect()});
+    };
+    places.currentFolder = [&state] { return state.currentURL.get().asDirectory(); };
+    places.onOpen = [&state](Url const& opened) { state.navigate(opened); };
+    places.singleStage = true;
+    new FileDropTarget(widget, std::move(places), platform, PasteboardDropHandler::shared());
 }
 
 } // namespace taliro

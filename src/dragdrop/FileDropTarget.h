@@ -6,6 +6,7 @@
 #include <QBasicTimer>
 #include <QObject>
 #include <QPoint>
+#include <QPointer>
 #include <QRect>
 #include <functional>
 #include <optional>
@@ -15,6 +16,7 @@ class QWidget;
 
 namespace taliro {
 
+class BrowserState;
 class DropHighlight;
 class PasteboardDropHandler;
 struct Platform;
@@ -66,7 +68,7 @@ private:
     QWidget& m_surface;
     Places m_places;
     PasteboardDropHandler& m_handler;
-    DropHighlight* m_highlight;
+    QPointer<DropHighlight> m_highlight;
     SpringLoad m_spring;
     std::optional<FolderRow> m_row;
     bool m_targeted = false;
@@ -74,5 +76,8 @@ private:
     QPoint m_position;
     QBasicTimer m_resting; ///< looks again while the drag rests: rows may move under it
 };
+
+/// Makes a widget that stands for one folder take drops and, under a resting drag, open it in the browser.
+void attachFolderDrop(QWidget& widget, std::function<Url()> folder, BrowserState& state, Platform& platform);
 
 } // namespace taliro

@@ -1,6 +1,7 @@
 #include "sidebar/Sidebar.h"
 
 #include "browsing/BrowserState.h"
+#include "dragdrop/FileDropTarget.h"
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
 #include "platform/Volumes.h"
@@ -100,6 +101,8 @@ SidebarRow* Sidebar::addRow(QVBoxLayout* layout, int index, SidebarItem const& i
     row->setItem(item);
     layout->insertWidget(index, row);
     connect(row, &QAbstractButton::clicked, this, [this, row] { m_state.navigate(row->item().url); });
+    attachFolderDrop(
+        *row, [row] { return row->item().url; }, m_state, m_platform);
     return row;
 }
 

@@ -46,8 +46,10 @@ void SidebarRow::setCurrent(bool current) {
 void SidebarRow::setEjectable(std::function<void()> eject) {
     m_eject = new ToolButton("eject.fill", QStringLiteral("Eject"), 10, this);
     m_eject->setFocusPolicy(Qt::TabFocus);
+    m_eject->resize(m_eject->sizeHint());
     m_eject->setTint(m_current ? &Colors::onAccent : &Colors::text2);
     connect(m_eject, &QAbstractButton::clicked, this, [eject = std::move(eject)] { eject(); });
+    placeEject();
 }
 
 QRect SidebarRow::titleRect() const {
@@ -75,6 +77,10 @@ void SidebarRow::paintEvent(QPaintEvent*) {
 }
 
 void SidebarRow::resizeEvent(QResizeEvent*) {
+    placeEject();
+}
+
+void SidebarRow::placeEject() {
     if (m_eject)
         m_eject->move(width() - m_eject->width() - 2, (height() - m_eject->height()) / 2);
 }

@@ -39,6 +39,7 @@ protected:
     bool event(QEvent* event) override;
 
 private:
+    void placeEject();
     QRect titleRect() const;
     bool isTitleCut() const;
 

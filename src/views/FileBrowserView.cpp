@@ -11,6 +11,7 @@
 #include "views/FileListView.h"
 #include "views/GoToBar.h"
 #include "views/IconGridView.h"
+#include "views/InspectorPane.h"
 #include "views/Line.h"
 #include "views/PathBar.h"
 #include "views/SmartFolderLabel.h"
@@ -64,7 +65,8 @@ FileBrowserView::FileBrowserView(Platform& platform, BrowserState& state, Direct
       m_platform(platform),
       m_state(state),
       m_watcher(watcher),
-      m_recents(RecentsStore::shared()), m_rows(platform, state, watcher, m_recents.entries),
+      m_recents(RecentsStore::shared()),
+      m_rows(platform, state, watcher, m_recents.entries),
       m_goToPath(platform, state),
       m_showInspector(platform.userDefaults.boolean(showInspectorKey, true)),
       m_refresher(platform.mainQueue, [this] { refresh(); }) {
@@ -98,6 +100,7 @@ QWidget* FileBrowserView::buildMain(AppSettings& settings) {
     m_inspector = new QWidget(content);
     auto* inspectorRow = tightLayout<QHBoxLayout>(m_inspector);
     inspectorRow->addWidget(new Line(Line::vertical, m_inspector));
+    inspectorRow->addWidget(new InspectorPane(m_platform, m_state, m_inspector), 1);
     m_inspector->setFixedWidth(inspectorWidth);
     m_inspector->setVisible(m_showInspector.get());
     m_contentRow->addWidget(m_inspector);

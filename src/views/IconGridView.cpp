@@ -1,12 +1,15 @@
 #include "views/IconGridView.h"
 
+#include "browsing/ThumbnailCache.h"
 #include "views/Drawing.h"
 #include "views/FileIcons.h"
 #include "views/Names.h"
+#include "views/Pictures.h"
 #include "views/Theme.h"
 
 #include <QKeyEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QTextLayout>
 
 namespace taliro {
@@ -107,8 +110,40 @@ bool IconGridView::isSelected(Url const& url) const {
 
 void IconGridView::paintCell(QPainter& painter, QRect const& cell, FileEntry const& entry, bool selected) {
     QRect const image(cell.left() + (cell.width() - imageSize) / 2, cell.top(), imageSize, imageSize);
-    FileIcons::shared().draw(painter, image, entry);
+    paintImage(painter, image, entry);
     paintName(painter, cell, entry, selected);
+}
+
+/// The file's thumbnail, once there is one; a folder has none.
+void IconGridView::paintImage(QPainter& painter, QRect const& box, FileEntry const& entry) {
+    auto& thumbnails = ThumbnailCache::shared();
+    if (!entry.isDirectory)
+        thumbnails.noteModified(entry.url, entry.modified);
+    auto const known = entry.isDirectory ? std::nullopt : thumbnails.cached(entry.url, imageSize);
+    if (!known) {
+        FileIcons::shared().draw(painter, box, entry);
+        if (!entry.isDirectory)
+            thumbnails.load(entry.url, imageSize, [view = QPointer(this), url = entry.url](Picture const&) {
+                if (view)
+                    view->viewport()->update(view->rectOf(url));
+            });
+        return;
+    }
+    auto const image = toImage(*known);
+    QRectF target(QPointF(), QSizeF(image.size()).scaled(box.size(), Qt::KeepAspectRatio));
+    target.moveCenter(QRectF(box).center());
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(target, image);
+}
+
+/// What was scrolled past needs no thumbnail any more.
+void IconGridView::scrollContentsBy(int dx, int dy) {
+    ItemView::scrollContentsBy(dx, dy);
+    std::unordered_set<Url> visible;
+    auto const [first, last] = rowsBetween(verticalOffset(), verticalOffset() + viewport()->height());
+    for (int row = first; row < last; ++row)
+        visible.insert(rows()[static_cast<std::size_t>(row)].url);
+    ThumbnailCache::shared().cancelExcept(visible);
 }
 
 void IconGridView::paintName(QPainter& painter, QRect const& cell, FileEntry const& entry,

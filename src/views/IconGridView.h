@@ -24,9 +24,11 @@ protected:
     bool isCut(QRect const& cell, FileEntry const& entry) const override;
     bool isSelected(Url const& url) const override;
     void resizeEvent(QResizeEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
 
 private:
     void recomputeColumns(int width);
+    void paintImage(QPainter& painter, QRect const& box, FileEntry const& entry);
     void paintName(QPainter& painter, QRect const& cell, FileEntry const& entry, bool selected) const;
     std::optional<std::size_t> targetOf(QKeyEvent const& event) const;
 

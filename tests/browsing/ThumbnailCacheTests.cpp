@@ -40,11 +40,18 @@ TEST_F(Thumbnails, AreAskedForOnceAtTheScreensScaleAndKept) {
     load();
     EXPECT_EQ(shown, 2);
     EXPECT_EQ(desktop.thumbnailer.requests, 1);
-    cache.forget(file);
+    cache.noteModified(file, Date{});
+    EXPECT_FALSE(cache.cached(file, 64)) << "of an unknown time";
+    load();
+    desktop.thumbnailer.answerAll(pictureOf(96, 40));
+    cache.noteModified(file, Date{});
+    EXPECT_TRUE(cache.cached(file, 64));
+    cache.noteModified(file, Date{std::chrono::seconds(1)});
     EXPECT_FALSE(cache.cached(file, 64));
 
     desktop.screens.screens.clear();
     load(10);
+    ASSERT_FALSE(desktop.thumbnailer.pending.empty());
     EXPECT_EQ(desktop.thumbnailer.pending.begin()->second.request.width, 20);
 }
 

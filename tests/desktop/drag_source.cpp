@@ -53,11 +53,11 @@ private:
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     auto arguments = application.arguments().mid(1);
-    QPoint const place(arguments.takeFirst().toInt(), arguments.takeFirst().toInt());
+    QPoint const place(arguments.value(0).toInt(), arguments.value(1).toInt());
     auto const actions = arguments.removeAll(QStringLiteral("--only-copy")) > 0
                              ? Qt::DropActions(Qt::CopyAction)
                              : Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
-    Source source(arguments, actions);
+    Source source(arguments.mid(2), actions);
     source.move(place);
     source.show();
     return application.exec();

@@ -28,10 +28,10 @@ TEST(XkbKeyboardLayout, TellsWhatKeysTypeInTheCurrentLayout) {
              Case{{"-layout", "fr"}, 0, Key::q, "a"},
              Case{{"-layout", "fr"}, 0, Key::one, "&"},
              Case{{"-layout", "us", "-variant", "dvorak"}, 0, Key::q, "'"},
-             Case{{"-layout", "ru", "-variant", ""}, 0, Key::q, "q"},       // the US layout stands in
-             Case{{"-layout", "ru,fr"}, 0, Key::q, "a"},    // the user's other one does
-             Case{{"-layout", "us,de"}, 1, Key::y, "z"},    // switched to
-             Case{{"-layout", "us,ru,de"}, 1, Key::y, "z"}, // the next that types letters
+             Case{{"-layout", "ru", "-variant", ""}, 0, Key::q, "q"}, // the US layout stands in
+             Case{{"-layout", "ru,fr"}, 0, Key::q, "a"},              // the user's other one does
+             Case{{"-layout", "us,de"}, 1, Key::y, "z"},              // switched to
+             Case{{"-layout", "us,ru,de"}, 1, Key::y, "z"},           // the next that types letters
              Case{{"-layout", "us"}, 0, Key{9999}, {}},
              Case{{"-layout", "us"}, 0, Key{-1}, {}},
          }) {

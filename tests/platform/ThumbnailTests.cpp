@@ -33,7 +33,7 @@ struct Thumbnails : ::testing::Test {
     }
     QImage make(fs::path const& path, int pixels = 128) {
         auto const picture = maker.make({Url::file(path.string()), pixels, pixels}, renderer, {});
-        return picture ? toImage(*picture) : QImage();
+        return picture ? imageOf(*picture) : QImage();
     }
     std::size_t stored(std::string const& size) {
         std::error_code error;

@@ -502,8 +502,8 @@ private:
             return std::unexpected(std::errc::no_such_file_or_directory);
         if (files.tree.contains(to))
             return std::unexpected(std::errc::file_exists);
-        auto const items = files.tree;
-        for (auto const& [path, known] : items) {
+        auto const before = files.tree;
+        for (auto const& [path, known] : before) {
             if (path != from && !path.starts_with(from + "/"))
                 continue;
             files.tree[to + path.substr(from.size())] = known;

@@ -83,7 +83,7 @@ Picture toPicture(QImage image) {
     return {held->width(), held->height(), std::shared_ptr<std::uint32_t const[]>(held, pixels)};
 }
 
-QImage toImage(Picture const& picture) {
+QImage imageOf(Picture const& picture) {
     if (picture.isEmpty())
         return {};
     auto* const held = new Picture(picture);

@@ -1,5 +1,7 @@
 #include "platform/linux/LinuxPlatform.h"
 
+#include "platform/linux/LinuxHotKeys.h"
+
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QStandardPaths>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/HotKeys.h"
 #include "platform/Platform.h"
 #include "platform/linux/AutostartLoginItems.h"
 #include "platform/linux/BackgroundFileOperations.h"
@@ -31,8 +32,8 @@
 #include "platform/linux/X11PointerEvents.h"
 #include "platform/linux/X11WindowManager.h"
 #include "platform/linux/XKeyboard.h"
-#include "platform/linux/XdgStandardFolders.h"
 #include "platform/linux/XcbDirectSave.h"
+#include "platform/linux/XdgStandardFolders.h"
 #include "platform/linux/XdgWorkspace.h"
 #include "platform/linux/XkbKeyboardLayout.h"
 
@@ -56,8 +57,8 @@ public:
 
 private:
     std::unique_ptr<X11Connection> m_x;
-
     XKeyboard m_keyboard;
+
 
     QtMainQueue m_mainQueue;
     InotifyDirectoryEvents m_directoryEvents;

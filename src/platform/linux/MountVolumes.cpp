@@ -68,8 +68,10 @@ BlockDevice describeDevice(Mount const& mount) {
 
 } // namespace
 
-MountVolumes::MountVolumes(FileManager& files)
-    : m_files(files), m_mountTable(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC)) {}
+MountVolumes::MountVolumes(FileManager& files, std::function<QDBusConnection()> connect)
+    : m_files(files),
+      m_connect(std::move(connect)),
+      m_mountTable(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC)) {}
 
 MountVolumes::~MountVolumes() = default;
 
@@ -113,7 +115,7 @@ Volume MountVolumes::describe(Mount const& mount, std::string_view home) {
 
 UDisks2& MountVolumes::disks() {
     if (!m_disks) {
-        m_disks = std::make_unique<UDisks2>(QDBusConnection::systemBus());
+        m_disks = std::make_unique<UDisks2>(m_connect());
         QObject::connect(m_disks.get(), &UDisks2::changed, m_disks.get(), [this] { tellIfChanged(); });
         m_disks->refresh();
     }

@@ -8,6 +8,7 @@
 
 #include <QSocketNotifier>
 
+#include <functional>
 #include <memory>
 
 namespace taliro {
@@ -15,7 +16,9 @@ namespace taliro {
 /// The kernel's mount table, and what UDisks2 or else the kernel knows of the disks behind it.
 class MountVolumes : public Volumes {
 public:
-    explicit MountVolumes(FileManager& files);
+    /// `connect` gives the bus of the disk service when it is needed.
+    explicit MountVolumes(FileManager& files,
+                          std::function<QDBusConnection()> connect = &QDBusConnection::systemBus);
     ~MountVolumes() override;
 
     std::vector<Volume> mounted() override;
@@ -29,6 +32,7 @@ private:
     void tellIfChanged();
 
     FileManager& m_files;
+    std::function<QDBusConnection()> m_connect;
     FileDescriptor m_mountTable;
     std::unique_ptr<QSocketNotifier> m_mountsChanged;
     std::unique_ptr<UDisks2> m_disks; ///< from the first need on: it opens the system bus

@@ -34,7 +34,8 @@ std::vector<ScreenInfo> QtScreens::all() {
     std::vector<ScreenInfo> screens;
     auto const* main = QGuiApplication::primaryScreen();
     for (auto const* screen : QGuiApplication::screens())
-        screens.push_back({rectOf(screen->geometry()), rectOf(screen->availableGeometry()), screen == main});
+        screens.push_back({rectOf(screen->geometry()), rectOf(screen->availableGeometry()), screen == main,
+                           screen->devicePixelRatio()});
     return screens;
 }
 

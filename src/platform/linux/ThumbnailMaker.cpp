@@ -48,7 +48,7 @@ std::optional<QImage> ThumbnailMaker::draw(DrawingPlan const& plan, std::string 
                                       .timeLimit = m_timeLimit},
                                      std::move(stop));
     if (drawn)
-        return toImage(drawn->picture);
+        return imageOf(drawn->picture);
     return drawn.error() == RendererClient::Failure::badFile ? std::nullopt : std::optional(QImage());
 }
 

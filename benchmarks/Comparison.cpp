@@ -1,0 +1,56 @@
+#include "Comparison.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+
+namespace taliro::bench {
+
+namespace {
+
+constexpr int rounds = 11;
+
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+double median(std::vector<double> values) {
+    auto const middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+} // namespace
+
+void printTableHead() {
+    std::printf("%-44s %-34s %10s %10s %7s\n", "task", "peer", "ours ms", "theirs ms", "ratio");
+}
+
+bool compare(std::string const& task, Contender const& ours, std::vector<Contender> const& peers) {
+    std::vector<Contender const*> all{&ours};
+    for (auto const& peer : peers)
+        all.push_back(&peer);
+
+    std::vector<std::vector<double>> times(all.size());
+    auto const expected = ours.run(); // Also warms what everybody finds warm.
+    for (int round = 0; round < rounds; ++round)
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            auto const start = std::chrono::steady_clock::now();
+            auto const done = all[i]->run();
+            times[i].push_back(Milliseconds(std::chrono::steady_clock::now() - start).count());
+            if (done != expected) {
+                std::fprintf(stderr, "%s: %s did %zu, ours %zu\n", task.c_str(), all[i]->name.c_str(), done,
+                             expected);
+                return false;
+            }
+        }
+
+    auto const our = median(times[0]);
+    for (std::size_t i = 1; i < all.size(); ++i) {
+        auto const their = median(times[i]);
+        std::printf("%-44s %-34s %10.2f %10.2f %7.2f\n", task.c_str(), all[i]->name.c_str(), our, their,
+                    their / our);
+    }
+    std::fflush(stdout);
+    return true;
+}
+
+} // namespace taliro::bench

@@ -1,0 +1,147 @@
+#include "Comparison.h"
+
+#include "browsing/DirectoryLoader.h"
+#include "browsing/Listing.h"
+#include "platform/Platform.h"
+#include "support/TemporaryFolder.h"
+
+#include <QCollator>
+#include <QDateTime>
+#include <QDir>
+
+#include <gio/gio.h>
+
+#include <array>
+#include <cstdio>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace taliro::bench {
+
+namespace {
+
+constexpr int itemCount = 100'000;
+
+/// Names as people and cameras give them, in no order.
+std::string nameOf(int index) {
+    constexpr std::array patterns{"IMG_%05d.JPG", "Report %d (final).odt", "été %d.pdf", "notes-%d.md",
+                                  "Übung %d.txt"};
+    std::array<char, 64> name{};
+    auto const shuffled = static_cast<int>((index * 7919LL) % itemCount);
+    std::snprintf(name.data(), name.size(), patterns[static_cast<std::size_t>(index) % patterns.size()],
+                  shuffled);
+    return name.data();
+}
+
+bool fill(std::filesystem::path const& folder) {
+    for (int i = 0; i < itemCount; ++i) {
+        auto const file = ::open((folder / nameOf(i)).c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644);
+        if (file < 0)
+            return false;
+        ::close(file);
+    }
+    return true;
+}
+
+/// What the kernel takes: every name and its attributes, unsorted and thrown away.
+std::size_t bareKernel(char const* folder) {
+    int const fd = ::open(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0)
+        return 0;
+    alignas(dirent64) static std::array<char, 256 * 1024> buffer;
+    std::size_t items = 0;
+    for (long length; (length = ::syscall(SYS_getdents64, fd, buffer.data(), buffer.size())) > 0;)
+        for (long at = 0; at < length;) {
+            auto const* entry = reinterpret_cast<dirent64 const*>(buffer.data() + at);
+            at += entry->d_reclen;
+            struct statx attributes;
+            if (entry->d_name[0] != '.' &&
+                ::statx(fd, entry->d_name, 0, STATX_BASIC_STATS | STATX_BTIME, &attributes) == 0)
+                ++items;
+        }
+    ::close(fd);
+    return items;
+}
+
+std::size_t qtDirectory(QString const& folder) {
+    auto const items = QDir(folder).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot,
+                                                  QDir::Name | QDir::DirsFirst | QDir::LocaleAware);
+    qint64 bytes = 0;
+    for (auto const& item : items)
+        bytes += item.size() + item.lastModified().toMSecsSinceEpoch();
+    return bytes ? static_cast<std::size_t>(items.size()) : 0;
+}
+
+std::size_t gioEnumeration(char const* folder) {
+    GFile* const file = g_file_new_for_path(folder);
+    GFileEnumerator* const found =
+        g_file_enumerate_children(file,
+                                  "standard::name,standard::display-name,standard::type,standard::size,"
+                                  "standard::fast-content-type,time::modified",
+                                  G_FILE_QUERY_INFO_NONE, nullptr, nullptr);
+    std::vector<std::pair<std::string, GFileInfo*>> rows;
+    while (auto* info = g_file_enumerator_next_file(found, nullptr, nullptr)) {
+        char* const key = g_utf8_collate_key_for_filename(g_file_info_get_display_name(info), -1);
+        rows.emplace_back(key, info);
+        g_free(key);
+    }
+    std::sort(rows.begin(), rows.end());
+    for (auto const& row : rows)
+        g_object_unref(row.second);
+    g_object_unref(found);
+    g_object_unref(file);
+    return rows.size();
+}
+
+std::size_t qtSort(QStringList names) {
+    QCollator collator;
+    collator.setNumericMode(true);
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    std::vector<std::pair<QCollatorSortKey, QString>> keyed;
+    keyed.reserve(static_cast<std::size_t>(names.size()));
+    for (auto const& name : names)
+        keyed.emplace_back(collator.sortKey(name), name);
+    std::sort(keyed.begin(), keyed.end(), [](auto const& a, auto const& b) { return a.first < b.first; });
+    return keyed.size();
+}
+
+std::size_t qtFilter(QStringList const& names, QString const& text) {
+    return static_cast<std::size_t>(names.filter(text, Qt::CaseInsensitive).size());
+}
+
+} // namespace
+
+bool measureListing() {
+    testing::TemporaryFolder const folder;
+    if (!fill(folder.path())) {
+        std::fprintf(stderr, "Can't make %d files in %s\n", itemCount, folder.path().c_str());
+        return false;
+    }
+    auto& platform = Platform::current();
+    auto const path = folder.path().string();
+    auto const url = Url::file(path, true);
+    auto const entries = DirectoryLoader::list(platform, url);
+    QStringList names;
+    for (auto const& entry : entries)
+        names.append(QString::fromStdString(entry.name()));
+    Listing listing(entries);
+
+    return compare(
+               "open a folder of 100,000, sorted by name",
+               {"ours", [&] { return DirectoryLoader::load(platform, url, "", SortKey::name, true).size(); }},
+               {{"getdents64 + statx, nothing else", [&] { return bareKernel(path.c_str()); }},
+                {"QDir, locale-aware", [&] { return qtDirectory(QString::fromStdString(path)); }},
+                {"GIO, collation keys", [&] { return gioEnumeration(path.c_str()); }}}) &&
+           compare("sort 100,000 entries by name",
+                   {"ours", [&] { return Listing(entries).rows("", SortKey::name, true).size(); }},
+                   {{"QCollator, sort keys", [&] { return qtSort(names); }}}) &&
+           compare("filter 100,000 rows as one types",
+                   {"ours", [&] { return listing.rows("ÜBUNG 9", SortKey::name, true).size(); }},
+                   {{"QStringList::filter", [&] { return qtFilter(names, QStringLiteral("übung 9")); }}});
+}
+
+} // namespace taliro::bench

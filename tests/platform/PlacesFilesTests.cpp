@@ -1,0 +1,239 @@
+#include "platform/linux/BookmarkRecords.h"
+#include "platform/linux/FileManagerPlaces.h"
+#include "platform/linux/InotifyDirectoryEvents.h"
+#include "platform/linux/PathBookmarks.h"
+#include "platform/linux/PlacesFiles.h"
+#include "platform/linux/PosixFileManager.h"
+#include "platform/linux/RecentlyUsedFile.h"
+#include "platform/linux/XdgStandardFolders.h"
+#include "support/TemporaryFolder.h"
+#include "support/WaitUntil.h"
+
+namespace taliro::testing {
+namespace {
+
+using namespace std::chrono_literals;
+
+Date at(std::chrono::sys_days day, std::chrono::nanoseconds time) {
+    return Date(day) + time;
+}
+
+TEST(RecentlyUsedFile, TakesTheLatestUseOfEachLocalFile) {
+    using namespace std::chrono;
+    auto const files = parseRecentlyUsed(R"(<?xml version="1.0" encoding="UTF-8"?>
+<xbel version="1.0" xmlns:bookmark="http://www.freedesktop.org/standards/desktop-bookmarks">
+  <bookmark href="file:///home/mira/a%20b.txt" added="2026-01-02T03:04:05Z" modified="2026-02-02T03:04:05.250000Z" visited="2026-01-02T03:04:05Z">
+    <info><metadata owner="http://freedesktop.org"><bookmark:applications>
+      <bookmark:application name="gedit" exec="&apos;gedit %u&apos;" modified="2026-02-01T00:00:00Z" count="1"/>
+    </bookmark:applications></metadata></info>
+  </bookmark>
+  <bookmark href="file:///home/mira/app.txt" added="2026-01-01T00:00:00Z"><info><metadata>
+    <bookmark:application modified="2026-03-01T10:00:00+02:00"/></metadata></info></bookmark>
+  <bookmark href="sftp://host/x.txt" modified="2026-02-02T03:04:05Z"/>
+  <bookmark href="file:///home/mira/secret.txt" modified="2026-02-02T03:04:05Z"><info><metadata><bookmark:private/></metadata></info></bookmark>
+  <bookmark href="file:///home/mira/undated.txt" modified="yesterday"/>
+  <bookmark href="file:///home/mira/last.txt" modified="2026-04-01T00:00:00Z"/>
+  <bookmark href="file:///home/mira/cut.txt" modified="2026-04-01T00:00:00Z">)");
+    std::vector<UsedFile> const expected{
+        {"/home/mira/a b.txt", at(2026y / 2 / 2, 3h + 4min + 5s + 250ms)},
+        {"/home/mira/app.txt", at(2026y / 3 / 1, 8h)},
+        {"/home/mira/last.txt", at(2026y / 4 / 1, 0h)},
+    };
+    EXPECT_EQ(files, expected);
+    EXPECT_TRUE(parseRecentlyUsed("\xff\0<xbel").empty());
+}
+
+TEST(PlacesFiles, ReadsBothKinds) {
+    std::vector<DesktopPlace> const gtk{{std::nullopt, Url::file("/home/mira/My work")},
+                                        {"The songs", Url::file("/music")},
+                                        {"Host", *Url::parse("sftp://host/")}};
+    EXPECT_EQ(parseGtkBookmarks(
+                  "file:///home/mira/My%20work\n\nnonsense\nfile:///music The songs \r\nsftp://host/ Host"),
+              gtk);
+
+    std::vector<DesktopPlace> const kde{{"Home", Url::file("/home/mira")},
+                                        {"Trash", *Url::parse("trash:/")},
+                                        {std::nullopt, Url::file("/work")}};
+    EXPECT_EQ(parseKdePlaces(R"(<xbel>
+        <info><metadata owner="x"><withBaloo>true</withBaloo></metadata></info>
+        <bookmark href="file:///home/mira"><title>Home</title></bookmark>
+        <bookmark href="trash:/"><title>Trash</title></bookmark>
+        <bookmark href="file:///hidden"><title>Hidden</title><info><metadata><IsHidden>true</IsHidden></metadata></info></bookmark>
+        <bookmark href="file:///work"><info><metadata><IsHidden>false</IsHidden></metadata></info></bookmark>
+        <bookmark href="file:///cut"><title>C)"),
+              kde);
+}
+
+TEST(FileManagerPlaces, FollowsTheListsAsTheyComeAndGo) {
+    TemporaryFolder folder;
+    qputenv("XDG_CONFIG_HOME", (folder / "config").c_str());
+    qputenv("XDG_DATA_HOME", (folder / "data").c_str());
+    InotifyDirectoryEvents events;
+    PosixFileManager files;
+    FileManagerPlaces places(events, files);
+    int changes = 0;
+    auto const subscription = places.observeChanges([&] { ++changes; });
+    auto const labels = [&] {
+        std::vector<std::string> found;
+        for (auto const& place : places.read().value_or(std::vector<DesktopPlace>{}))
+            found.push_back(place.label.value_or("none"));
+        return found;
+    };
+    EXPECT_FALSE(places.read());
+    auto const after = [&](auto const& action) {
+        changes = 0;
+        action();
+        return waitUntil([&] { return changes > 0; });
+    };
+    // Neither folder is there yet.
+    EXPECT_TRUE(after([&] { folder.write("config/gtk-3.0/bookmarks", "file:///work Work\n"); }));
+    EXPECT_EQ(labels(), std::vector<std::string>{"Work"});
+    EXPECT_TRUE(after([&] {
+        folder.write("config/gtk-3.0/new", "file:///work Job\n");
+        std::filesystem::rename(folder / "config/gtk-3.0/new", folder / "config/gtk-3.0/bookmarks");
+    }));
+    EXPECT_EQ(labels(), std::vector<std::string>{"Job"});
+    EXPECT_TRUE(after([&] { folder.write("config/gtk-3.0/bookmarks", ""); }));
+    EXPECT_TRUE(places.read() && labels().empty());
+    EXPECT_TRUE(after([&] {
+        folder.write("data/user-places.xbel",
+                     "<xbel><bookmark href='file:///k'><title>K</title></bookmark></xbel>");
+    }));
+    EXPECT_TRUE(waitUntil([&] { return labels() == std::vector<std::string>{"K"}; }));
+    qunsetenv("XDG_CONFIG_HOME");
+    qunsetenv("XDG_DATA_HOME");
+}
+
+struct BookmarksTest : ::testing::Test {
+    TemporaryFolder folder;
+    PathBookmarks bookmarks;
+    Url url(std::string_view name, bool isDirectory = true) {
+        return Url::file((folder / name).string(), isDirectory);
+    }
+};
+
+TEST_F(BookmarksTest, FindAFolderUnderAnotherNameButNotAnotherFolder) {
+    folder.makeFolder("Fotos/2026");
+    folder.write("letter.txt", "");
+    auto const photos = bookmarks.make(url("Fotos"));
+    auto const letter = bookmarks.make(url("letter.txt", false));
+    ASSERT_TRUE(photos && letter);
+    EXPECT_FALSE(bookmarks.make(url("missing")));
+    EXPECT_FALSE(bookmarks.make(*Url::parse("taliro:///recents")));
+    EXPECT_EQ(bookmarks.resolve(*photos), url("Fotos"));
+    EXPECT_EQ(bookmarks.resolve(*letter), url("letter.txt", false));
+
+    std::filesystem::rename(folder / "Fotos", folder / "Pictures");
+    EXPECT_EQ(bookmarks.resolve(*photos), url("Pictures"));
+    std::filesystem::remove_all(folder / "Pictures");
+    for (int i = 0; i < 20; ++i) // One of them is likely to get the inode.
+        folder.makeFolder("other" + std::to_string(i));
+    EXPECT_EQ(bookmarks.resolve(*photos), std::nullopt);
+    folder.makeFolder("Fotos");
+    EXPECT_EQ(bookmarks.resolve(*photos), url("Fotos"));
+}
+
+/// Writes bookmarks in the record layout.
+struct RecordWriter {
+    Bookmarks::Data data = Bookmarks::Data(4);
+
+    void number(std::uint32_t value) {
+        for (int shift = 0; shift < 32; shift += 8)
+            data.push_back(static_cast<std::uint8_t>(value >> shift));
+    }
+    std::uint32_t record(std::uint32_t type, std::string_view content) {
+        auto const offset = static_cast<std::uint32_t>(data.size());
+        number(static_cast<std::uint32_t>(content.size()));
+        number(type);
+        data.insert(data.end(), content.begin(), content.end());
+        data.resize((data.size() + 3) / 4 * 4);
+        return offset;
+    }
+    static std::string numbers(std::vector<std::uint32_t> const& values) {
+        RecordWriter writer;
+        for (auto const value : values)
+            writer.number(value);
+        return {writer.data.begin() + 4, writer.data.end()};
+    }
+    Bookmarks::Data finish(std::vector<std::string> const& components, std::uint32_t key = 0x1004) {
+        std::vector<std::uint32_t> offsets;
+        for (auto const& component : components)
+            offsets.push_back(record(0x0101, component));
+        auto const path = record(0x0601, numbers(offsets));
+        auto const table = static_cast<std::uint32_t>(data.size());
+        for (auto const value : {32u, 0xFFFFFFFEu, 1u, 0u, 2u, 0x1010u, 0u, 0u, key, path, 0u})
+            number(value);
+        for (int i = 0; i < 4; ++i)
+            data[i] = static_cast<std::uint8_t>(table >> (8 * i));
+        RecordWriter head;
+        head.data = {'b', 'o', 'o', 'k'};
+        head.number(static_cast<std::uint32_t>(48 + data.size()));
+        head.number(0x10040000);
+        head.number(48);
+        head.data.resize(48);
+        head.data.insert(head.data.end(), data.begin(), data.end());
+        return head.data;
+    }
+};
+
+TEST_F(BookmarksTest, ReadTheRecordLayout) {
+    auto const components = [](std::filesystem::path const& path) {
+        std::vector<std::string> names;
+        for (auto const& part : path.relative_path())
+            names.push_back(part);
+        return names;
+    };
+    folder.makeFolder("Übung");
+    EXPECT_EQ(bookmarks.resolve(RecordWriter().finish(components(folder / "Übung"))), url("Übung"));
+    EXPECT_EQ(bookmarks.resolve(RecordWriter().finish(components(folder / "gone"))), std::nullopt);
+    EXPECT_EQ(pathOfBookmarkRecords(RecordWriter().finish({})), "/");
+    EXPECT_EQ(pathOfBookmarkRecords(RecordWriter().finish({"a"}, 0x1005)), std::nullopt);
+    for (auto const* name : {"..", ".", "", "a/b"})
+        EXPECT_EQ(pathOfBookmarkRecords(RecordWriter().finish({"a", name})), std::nullopt) << name;
+}
+
+TEST_F(BookmarksTest, AnyBytesFailToResolve) {
+    folder.makeFolder("here");
+    auto const own = *bookmarks.make(url("here"));
+    auto const foreign = RecordWriter().finish({"usr", "share", "doc"});
+    EXPECT_EQ(bookmarks.resolve({}), std::nullopt);
+    for (auto const* whole : {&own, &foreign})
+        for (std::size_t size = 0; size < whole->size(); ++size) {
+            auto const found = bookmarks.resolve({whole->begin(), whole->begin() + static_cast<long>(size)});
+            // A shortened path may lead to a folder above; nothing else may come of it.
+            EXPECT_TRUE(!found || url("here").path().starts_with(found->path())) << size;
+        }
+    // Numbers that point nowhere, at each place.
+    for (std::size_t i = 4; i + 4 <= foreign.size(); ++i) {
+        auto damaged = foreign;
+        std::fill_n(damaged.begin() + static_cast<long>(i), 4, 0xff);
+        auto const path = pathOfBookmarkRecords(damaged);
+        EXPECT_TRUE(!path || path->size() < 64);
+    }
+}
+
+TEST(XdgStandardFolders, NamesAFolderInTheUsersLanguage) {
+    TemporaryFolder folder;
+    folder.write("Music/.directory", "[Desktop Entry]\nName=Music\nName[de]=Musik\n");
+    folder.write("Broken/.directory", "\xff[Desktop\nName");
+    folder.makeFolder("Plain");
+    PosixFileManager files;
+    XdgStandardFolders folders(files);
+    qputenv("LANGUAGE", "de");
+    qputenv("LC_ALL", "C.UTF-8");
+    auto const name = [&](char const* of) {
+        return folders.localizedName(Url::file((folder / of).string(), true));
+    };
+    EXPECT_TRUE(name("Music") == "Musik" || name("Music") == "Music");
+    EXPECT_EQ(name("Broken"), std::nullopt);
+    EXPECT_EQ(name("Plain"), std::nullopt);
+    qunsetenv("LANGUAGE");
+    qunsetenv("LC_ALL");
+
+    qputenv("XDG_DATA_HOME", "/data of mira");
+    EXPECT_EQ(folders.url(StandardFolder::trash), Url::file("/data of mira/Trash/files/"));
+    qunsetenv("XDG_DATA_HOME");
+}
+
+} // namespace
+} // namespace taliro::testing
