@@ -22,5 +22,6 @@ void printTableHead();
 
 // Each measures one subject; false where something went wrong.
 [[nodiscard]] bool measureListing();
+[[nodiscard]] bool measureThumbnails();
 
 } // namespace taliro::bench
