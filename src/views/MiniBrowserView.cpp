@@ -134,7 +134,7 @@ void MiniBrowserView::refresh() {
     if (!isVisible())
         return; // Made up for when shown.
     auto const& location = m_state.currentURL.get();
-    m_list->setRows(entries(), m_listed == location);
+    m_list->setRows(entries(), m_listed == location ? ItemView::Scroll::keep : ItemView::Scroll::toTop);
     m_listed = location;
     m_empty->setVisible(m_list->rows().empty());
     refreshHeader();
