@@ -1,7 +1,6 @@
 #include "app/AppDelegate.h"
 
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
-#include "KeyboardShortcuts/MenuTracking.h"
 #include "KeyboardShortcuts/RecorderCocoa.h"
 #include "app/AppCommands.h"
 #include "app/AppSettings.h"
@@ -20,7 +19,6 @@
 #include "platform/WindowManager.h"
 #include "views/QuickLookWindow.h"
 
-#include <QApplication>
 
 namespace taliro {
 
@@ -109,7 +107,6 @@ void AppDelegate::observeSettings() {
 }
 
 void AppDelegate::installShortcut() {
-    new MenuTracking(*qApp);
     RecorderCocoa::setMainMenu([this] { return m_mainMenu.items(); });
     KeyboardShortcuts::shared().onKeyDown(togglePicker(), [guard = QPointer(this)] {
         if (guard)
