@@ -18,6 +18,7 @@
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
 #include "platform/WindowManager.h"
+#include "preferences/PreferencesWindowController.h"
 #include "views/QuickLookWindow.h"
 
 #include <QApplication>
@@ -35,6 +36,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     resetToFactoryDefaultsIfNeeded(m_platform.userDefaults,
                                    [] { KeyboardShortcuts::shared().reset({togglePicker()}); });
     Updater::shared();
+    AppCommands::shared().showPreferences = [this] { showPreferences(); };
     AppCommands::shared().checkForUpdates = [] { Updater::shared().checkForUpdates(); };
     QuickLookCoordinator::provide([this] {
         if (!m_quickLook)
@@ -129,6 +131,14 @@ void AppDelegate::toggle() {
         showPopover();
     else
         showPanel(m_statusItem->frame(), false);
+}
+
+void AppDelegate::showPreferences() {
+    auto& preferences = PreferencesWindowController::shared();
+    bool const isNew = !preferences.window();
+    preferences.show();
+    if (isNew)
+        m_mainMenu.attachTo(*preferences.window());
 }
 
 void AppDelegate::showMenu() {
