@@ -1,7 +1,6 @@
 #include "app/AppDelegate.h"
 
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
-#include "KeyboardShortcuts/MenuTracking.h"
 #include "KeyboardShortcuts/RecorderCocoa.h"
 #include "app/AppCommands.h"
 #include "app/AppSettings.h"
@@ -21,7 +20,6 @@
 #include "preferences/PreferencesWindowController.h"
 #include "views/QuickLookWindow.h"
 
-#include <QApplication>
 
 namespace taliro {
 
@@ -111,7 +109,6 @@ void AppDelegate::observeSettings() {
 }
 
 void AppDelegate::installShortcut() {
-    new MenuTracking(*qApp);
     RecorderCocoa::setMainMenu([this] { return m_mainMenu.items(); });
     KeyboardShortcuts::shared().onKeyDown(togglePicker(), [guard = QPointer(this)] {
         if (guard)
