@@ -1,7 +1,6 @@
 #include "app/AppDelegate.h"
 
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
-#include "KeyboardShortcuts/MenuTracking.h"
 #include "KeyboardShortcuts/RecorderCocoa.h"
 #include "app/AppCommands.h"
 #include "app/AppSettings.h"
@@ -20,7 +19,6 @@
 #include "platform/WindowManager.h"
 #include "views/QuickLookWindow.h"
 
-#include <QApplication>
 
 namespace taliro {
 
@@ -48,7 +46,17 @@ void AppDelegate::applicationDidFinishLaunching() {
     installShortcut();
     m_platform.openRequests.start([this](std::vector<Url> const& urls) { openURLs(urls); },
                                   [this] { applicationShouldHandleReopen(); });
-    present();
+    presentOnceItemIsPlaced();
+}
+
+/// A popover waits a moment for the tray to take its icon in, or it would jump.
+void AppDelegate::presentOnceItemIsPlaced() {
+    if (!m_settings.popoverMode || !m_settings.showMenuBarIcon || m_statusItem->frame()) {
+        present();
+        return;
+    }
+    using namespace std::chrono_literals;
+    m_firstPresentation = m_platform.mainQueue.after(500ms, [this] { present(); });
 }
 
 void AppDelegate::installStatusItem() {
@@ -57,6 +65,10 @@ void AppDelegate::installStatusItem() {
     m_statusItem->onRightClick = [this] { showMenu(); };
     m_statusItem->onDragEntered = [] { NotificationCenter::standard().post(statusItemFileDragEntered); };
     m_statusItem->onPlaced = [this] {
+        if (m_firstPresentation.isPending()) {
+            m_firstPresentation.cancel();
+            present();
+        }
         if (m_popover)
             m_popover->anchor(m_statusItem->frame());
     };
@@ -109,7 +121,6 @@ void AppDelegate::observeSettings() {
 }
 
 void AppDelegate::installShortcut() {
-    new MenuTracking(*qApp);
     RecorderCocoa::setMainMenu([this] { return m_mainMenu.items(); });
     KeyboardShortcuts::shared().onKeyDown(togglePicker(), [guard = QPointer(this)] {
         if (guard)
