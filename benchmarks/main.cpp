@@ -24,5 +24,5 @@ int main(int argc, char** argv) {
     Platform::install(services.platform);
 
     bench::printTableHead();
-    return bench::measureListing() && bench::measureHotkey() ? 0 : 1;
+    return bench::measureListing() && bench::measureRecentFiles() && bench::measureHotkey() ? 0 : 1;
 }
