@@ -24,6 +24,7 @@ void printTableHead();
 // Each measures one subject; false where something went wrong.
 [[nodiscard]] bool measureHotkey();
 [[nodiscard]] bool measureListing();
+[[nodiscard]] bool measureRecentFiles();
 [[nodiscard]] bool measureThumbnails();
 
 } // namespace taliro::bench
