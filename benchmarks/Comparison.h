@@ -24,5 +24,6 @@ void printTableHead();
 // Each measures one subject; false where something went wrong.
 [[nodiscard]] bool measureHotkey();
 [[nodiscard]] bool measureListing();
+[[nodiscard]] bool measureThumbnails();
 
 } // namespace taliro::bench

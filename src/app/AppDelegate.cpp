@@ -17,6 +17,7 @@
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
 #include "platform/WindowManager.h"
+#include "preferences/PreferencesWindowController.h"
 #include "views/QuickLookWindow.h"
 
 
@@ -33,6 +34,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     resetToFactoryDefaultsIfNeeded(m_platform.userDefaults,
                                    [] { KeyboardShortcuts::shared().reset({togglePicker()}); });
     Updater::shared();
+    AppCommands::shared().showPreferences = [this] { showPreferences(); };
     AppCommands::shared().checkForUpdates = [] { Updater::shared().checkForUpdates(); };
     QuickLookCoordinator::provide([this] {
         if (!m_quickLook)
@@ -46,7 +48,17 @@ void AppDelegate::applicationDidFinishLaunching() {
     installShortcut();
     m_platform.openRequests.start([this](std::vector<Url> const& urls) { openURLs(urls); },
                                   [this] { applicationShouldHandleReopen(); });
-    present();
+    presentOnceItemIsPlaced();
+}
+
+/// A popover waits a moment for the tray to take its icon in, or it would jump.
+void AppDelegate::presentOnceItemIsPlaced() {
+    if (!m_settings.popoverMode || !m_settings.showMenuBarIcon || m_statusItem->frame()) {
+        present();
+        return;
+    }
+    using namespace std::chrono_literals;
+    m_firstPresentation = m_platform.mainQueue.after(500ms, [this] { present(); });
 }
 
 void AppDelegate::installStatusItem() {
@@ -55,6 +67,10 @@ void AppDelegate::installStatusItem() {
     m_statusItem->onRightClick = [this] { showMenu(); };
     m_statusItem->onDragEntered = [] { NotificationCenter::standard().post(statusItemFileDragEntered); };
     m_statusItem->onPlaced = [this] {
+        if (m_firstPresentation.isPending()) {
+            m_firstPresentation.cancel();
+            present();
+        }
         if (m_popover)
             m_popover->anchor(m_statusItem->frame());
     };
@@ -126,6 +142,14 @@ void AppDelegate::toggle() {
         showPopover();
     else
         showPanel(m_statusItem->frame(), false);
+}
+
+void AppDelegate::showPreferences() {
+    auto& preferences = PreferencesWindowController::shared();
+    bool const isNew = !preferences.window();
+    preferences.show();
+    if (isNew)
+        m_mainMenu.attachTo(*preferences.window());
 }
 
 void AppDelegate::showMenu() {
