@@ -17,6 +17,7 @@
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
 #include "platform/WindowManager.h"
+#include "preferences/PreferencesWindowController.h"
 #include "views/QuickLookWindow.h"
 
 
@@ -33,6 +34,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     resetToFactoryDefaultsIfNeeded(m_platform.userDefaults,
                                    [] { KeyboardShortcuts::shared().reset({togglePicker()}); });
     Updater::shared();
+    AppCommands::shared().showPreferences = [this] { showPreferences(); };
     AppCommands::shared().checkForUpdates = [] { Updater::shared().checkForUpdates(); };
     QuickLookCoordinator::provide([this] {
         if (!m_quickLook)
@@ -140,6 +142,14 @@ void AppDelegate::toggle() {
         showPopover();
     else
         showPanel(m_statusItem->frame(), false);
+}
+
+void AppDelegate::showPreferences() {
+    auto& preferences = PreferencesWindowController::shared();
+    bool const isNew = !preferences.window();
+    preferences.show();
+    if (isNew)
+        m_mainMenu.attachTo(*preferences.window());
 }
 
 void AppDelegate::showMenu() {
