@@ -28,7 +28,7 @@ public:
     PreferencesWindow() : QWidget(nullptr, dialogFlags) {
         setWindowTitle(QStringLiteral("Taliro Preferences"));
         setWindowRole(QStringLiteral("preferences"));
-        setFocusPolicy(Qt::ClickFocus); // No control has the keyboard until one is chosen.
+        setFocusPolicy(Qt::ClickFocus);
         auto* close = new QAction(this);
         close->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_W), QKeySequence(Qt::META | Qt::Key_W)});
         connect(close, &QAction::triggered, this, &QWidget::close);
@@ -76,6 +76,8 @@ void PreferencesWindowController::show() {
     auto& desktop = Platform::current().windowManager;
     desktop.floatEverywhere(m_window->winId(), WindowManager::Taskbar::skipped);
     m_window->show();
+    if (!m_window->focusWidget())
+        m_window->setFocus(); // No control has the keyboard until one is chosen.
     m_window->raise();
     m_window->activateWindow();
     desktop.focus(m_window->winId());
