@@ -10,6 +10,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScreen>
@@ -35,7 +36,15 @@ public:
         addAction(close);
     }
 
+    std::function<void()> onClose;
+
 protected:
+    void closeEvent(QCloseEvent* event) override {
+        bool const hadKeyboard = isActiveWindow();
+        QWidget::closeEvent(event);
+        if (hadKeyboard && onClose)
+            onClose();
+    }
     void keyPressEvent(QKeyEvent* event) override {
         if (event->key() == Qt::Key_Escape)
             close();
@@ -55,6 +64,10 @@ PreferencesWindowController& PreferencesWindowController::shared() {
 QWidget* PreferencesWindowController::makeWindow() {
     auto& selection = PreferencesTabSelection::shared();
     auto* window = new PreferencesWindow;
+    window->onClose = [this] {
+        if (onClose)
+            onClose();
+    };
     auto* column = new QVBoxLayout(window);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);

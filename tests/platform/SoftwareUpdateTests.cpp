@@ -9,6 +9,8 @@
 #include <QPushButton>
 #include <QTextBrowser>
 
+#include <gtest/gtest.h>
+
 namespace taliro::testing {
 namespace {
 
