@@ -30,9 +30,13 @@ bool compare(std::string const& task, Contender const& ours, std::vector<Contend
         all.push_back(&peer);
 
     std::vector<std::vector<double>> times(all.size());
+    if (ours.prepare)
+        ours.prepare();
     auto const expected = ours.run(); // Also warms what everybody finds warm.
     for (int round = 0; round < rounds; ++round)
         for (std::size_t i = 0; i < all.size(); ++i) {
+            if (all[i]->prepare)
+                all[i]->prepare();
             auto const start = std::chrono::steady_clock::now();
             auto const done = all[i]->run();
             times[i].push_back(Milliseconds(std::chrono::steady_clock::now() - start).count());

@@ -10,6 +10,7 @@ namespace taliro::bench {
 struct Contender {
     std::string name;
     std::function<std::size_t()> run;
+    std::function<void()> prepare = {}; ///< before each run, not counted
 };
 
 /// Lets all take turns, so that whatever else the machine does hits each alike, and prints a row of the
@@ -21,6 +22,8 @@ struct Contender {
 void printTableHead();
 
 // Each measures one subject; false where something went wrong.
+[[nodiscard]] bool measureHotkey();
 [[nodiscard]] bool measureListing();
+[[nodiscard]] bool measureThumbnails();
 
 } // namespace taliro::bench

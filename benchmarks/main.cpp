@@ -5,6 +5,8 @@
 #include "platform/linux/LinuxPlatform.h"
 #include "support/TemporaryFolder.h"
 
+#include <algorithm>
+#include <functional>
 #include <QGuiApplication>
 
 #include <clocale>
@@ -24,5 +26,6 @@ int main(int argc, char** argv) {
     Platform::install(services.platform);
 
     bench::printTableHead();
-    return bench::measureListing() ? 0 : 1;
+    bool const measured[]{bench::measureListing(), bench::measureHotkey(), bench::measureThumbnails()};
+    return std::ranges::all_of(measured, std::identity{}) ? 0 : 1;
 }

@@ -1,7 +1,6 @@
 #include "app/AppDelegate.h"
 
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
-#include "KeyboardShortcuts/MenuTracking.h"
 #include "KeyboardShortcuts/RecorderCocoa.h"
 #include "app/AppCommands.h"
 #include "app/AppSettings.h"
@@ -18,9 +17,9 @@
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
 #include "platform/WindowManager.h"
+#include "preferences/PreferencesWindowController.h"
 #include "views/QuickLookWindow.h"
 
-#include <QApplication>
 
 namespace taliro {
 
@@ -35,6 +34,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     resetToFactoryDefaultsIfNeeded(m_platform.userDefaults,
                                    [] { KeyboardShortcuts::shared().reset({togglePicker()}); });
     Updater::shared();
+    AppCommands::shared().showPreferences = [this] { showPreferences(); };
     AppCommands::shared().checkForUpdates = [] { Updater::shared().checkForUpdates(); };
     QuickLookCoordinator::provide([this] {
         if (!m_quickLook)
@@ -123,7 +123,6 @@ void AppDelegate::observeSettings() {
 }
 
 void AppDelegate::installShortcut() {
-    new MenuTracking(*qApp);
     RecorderCocoa::setMainMenu([this] { return m_mainMenu.items(); });
     KeyboardShortcuts::shared().onKeyDown(togglePicker(), [guard = QPointer(this)] {
         if (guard)
@@ -143,6 +142,14 @@ void AppDelegate::toggle() {
         showPopover();
     else
         showPanel(m_statusItem->frame(), false);
+}
+
+void AppDelegate::showPreferences() {
+    auto& preferences = PreferencesWindowController::shared();
+    bool const isNew = !preferences.window();
+    preferences.show();
+    if (isNew)
+        m_mainMenu.attachTo(*preferences.window());
 }
 
 void AppDelegate::showMenu() {

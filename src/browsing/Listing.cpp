@@ -38,12 +38,18 @@ std::uint64_t leadingBytes(std::string const& key) {
 
 } // namespace
 
+RowList::RowList() : m_order(std::make_shared<Order const>()) {}
+
 RowList::RowList(std::vector<FileEntry> entries)
     : m_entries(std::make_shared<Entries>(std::make_move_iterator(entries.begin()),
-                                          std::make_move_iterator(entries.end()))),
-      m_order(entries.size()) {
-    std::iota(m_order.begin(), m_order.end(), 0u);
+                                          std::make_move_iterator(entries.end()))) {
+    Order order(m_entries->size());
+    std::iota(order.begin(), order.end(), 0u);
+    m_order = std::make_shared<Order const>(std::move(order));
 }
+
+RowList::RowList(std::shared_ptr<Entries const> entries, Order order)
+    : m_entries(std::move(entries)), m_order(std::make_shared<Order const>(std::move(order))) {}
 
 std::optional<std::size_t> RowList::indexOf(Url const& url, std::size_t guess) const {
     if (guess < size() && (*this)[guess].url == url)
@@ -57,7 +63,7 @@ std::optional<std::size_t> RowList::indexOf(Url const& url, std::size_t guess) c
 std::vector<Url> RowList::urls() const {
     std::vector<Url> urls;
     urls.reserve(size());
-    for (auto slot : m_order)
+    for (auto slot : *m_order)
         urls.push_back((*m_entries)[slot].url);
     return urls;
 }
@@ -65,7 +71,7 @@ std::vector<Url> RowList::urls() const {
 std::vector<FileEntry> RowList::entries() const {
     std::vector<FileEntry> entries;
     entries.reserve(size());
-    for (auto slot : m_order)
+    for (auto slot : *m_order)
         entries.push_back((*m_entries)[slot]);
     return entries;
 }
@@ -74,12 +80,11 @@ RowList RowList::filtered(std::string_view filter) const {
     auto const wanted = DirectoryLoader::normalizedFilter(filter);
     if (wanted.empty())
         return *this;
-    RowList matching;
-    matching.m_entries = m_entries;
-    std::ranges::copy_if(m_order, std::back_inserter(matching.m_order), [&](auto slot) {
-        return DirectoryLoader::matches((*m_entries)[slot].name(), wanted);
+    Order matching;
+    std::ranges::copy_if(*m_order, std::back_inserter(matching), [&](auto slot) {
+        return DirectoryLoader::matches((*m_entries)[slot].nameView(), wanted);
     });
-    return matching;
+    return RowList(m_entries, std::move(matching));
 }
 
 Listing::Listing(std::vector<FileEntry> entries)
@@ -236,16 +241,13 @@ RowList Listing::rows(std::string_view filter, SortKey key, bool ascending) {
         m_ordered = ordered(key, ascending);
         m_orderedBy = std::pair(key, ascending);
     }
-    RowList rows;
-    rows.m_entries = m_entries;
     auto const wanted = DirectoryLoader::normalizedFilter(filter);
     if (wanted.empty())
-        rows.m_order = m_ordered;
-    else
-        std::ranges::copy_if(m_ordered, std::back_inserter(rows.m_order), [&](Slot slot) {
-            return lowercasedName(slot).find(wanted) != std::string::npos;
-        });
-    return rows;
+        return RowList(m_entries, m_ordered);
+    RowList::Order matching;
+    std::ranges::copy_if(m_ordered, std::back_inserter(matching),
+                         [&](Slot slot) { return lowercasedName(slot).find(wanted) != std::string::npos; });
+    return RowList(m_entries, std::move(matching));
 }
 
 } // namespace taliro

@@ -13,16 +13,18 @@
 
 namespace taliro {
 
-/// Rows in the order they are shown. Cheap to copy: the entries are shared, only their order is its own.
+/// Rows in the order they are shown. Never changed once made, so copies share what they hold.
 class RowList {
 public:
-    RowList() = default;
+    RowList();
     /// The entries as they are.
     explicit RowList(std::vector<FileEntry> entries);
 
-    std::size_t size() const { return m_order.size(); }
-    bool empty() const { return m_order.empty(); }
-    FileEntry const& operator[](std::size_t row) const { return (*m_entries)[m_order[row]]; }
+    std::size_t size() const { return m_order->size(); }
+    bool empty() const { return m_order->empty(); }
+    FileEntry const& operator[](std::size_t row) const { return (*m_entries)[(*m_order)[row]]; }
+    /// Whether both are copies of one list; quick.
+    bool isSameAs(RowList const& other) const { return m_order == other.m_order; }
 
     /// Where `url` is; quick when that is `guess`.
     std::optional<std::size_t> indexOf(Url const& url, std::size_t guess = 0) const;
@@ -34,9 +36,12 @@ public:
 private:
     friend class Listing;
     using Entries = std::deque<FileEntry>;
+    using Order = std::vector<std::uint32_t>;
+
+    RowList(std::shared_ptr<Entries const> entries, Order order);
 
     std::shared_ptr<Entries const> m_entries;
-    std::vector<std::uint32_t> m_order;
+    std::shared_ptr<Order const> m_order;
 };
 
 /// What a folder holds, read once. Hands out its rows in any order and under any filter without asking the

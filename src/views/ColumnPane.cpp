@@ -41,7 +41,7 @@ void ColumnPane::present(Url const& root, std::string const& filter, std::option
     if (otherFolder) {
         m_watcher.watch(root);
         setAccessibleName(shownName(root.lastPathComponent()));
-        setRows({}, false);
+        setRows({}, Scroll::toTop);
     }
     if (otherRows)
         m_refresher.schedule();

@@ -2,8 +2,11 @@
 
 #include "app/AppSettings.h"
 #include "browsing/RecentsStore.h"
+#include "dragdrop/NewFolderCoordinator.h"
+#include "dragdrop/NewFolderPrompt.h"
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
+#include "sidebar/Sidebar.h"
 #include "views/BrowserKeys.h"
 #include "views/BrowserToolbar.h"
 #include "views/ColumnsView.h"
@@ -69,12 +72,14 @@ FileBrowserView::FileBrowserView(Platform& platform, BrowserState& state, Direct
       m_rows(platform, state, watcher, m_recents.entries),
       m_goToPath(platform, state),
       m_showInspector(platform.userDefaults.boolean(showInspectorKey, true)),
-      m_refresher(platform.mainQueue, [this] { refresh(); }) {
+      m_refresher(platform.mainQueue, [this] { refresh(); }),
+      m_pathRefresher(platform.mainQueue, [this] { refreshPathRow(); }) {
     auto* rows = tightLayout<QVBoxLayout>(this);
     rows->addWidget(buildMain(settings), 1);
     rows->addWidget(new Line(Line::horizontal, this));
     rows->addWidget(buildPathRow());
     new GoToBar(m_goToPath, this);
+    new NewFolderPrompt(NewFolderCoordinator::shared(), this);
     buildCommands();
     observe();
 }
@@ -82,7 +87,7 @@ FileBrowserView::FileBrowserView(Platform& platform, BrowserState& state, Direct
 QWidget* FileBrowserView::buildMain(AppSettings& settings) {
     auto* main = new QWidget(this);
     auto* row = tightLayout<QHBoxLayout>(main);
-    auto* sidebar = new QWidget(main);
+    auto* sidebar = new Sidebar(m_platform, m_state, main);
     sidebar->setFixedWidth(sidebarWidth);
     row->addWidget(sidebar);
     row->addWidget(new Line(Line::vertical, main));
@@ -134,6 +139,10 @@ QWidget* FileBrowserView::buildPathRow() {
 }
 
 void FileBrowserView::buildCommands() {
+    addCommand(*this, tr("New Folder"), QStringLiteral("Shift+N"), [this] {
+        if (m_state.currentURL->isFile())
+            NewFolderCoordinator::shared().prompt(m_state.currentURL.get());
+    });
     addCommand(*this, tr("Go to Folder…"), QStringLiteral("Shift+G"), [this] { openGoToPath(); });
 }
 
@@ -148,9 +157,9 @@ void FileBrowserView::observe() {
     m_refresher.dependOn(m_state.searchText);
     m_refresher.dependOn(m_state.sortKey);
     m_refresher.dependOn(m_state.sortAscending);
-    m_refresher.dependOn(m_state.selection);
     m_refresher.dependOn(m_watcher.tick);
     m_refresher.dependOn(m_recents.entries);
+    m_pathRefresher.dependOn(m_state.selection);
     connect(m_toolbar, &BrowserToolbar::focusFreed, this, [this] { focusContent(); });
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
         // Keys that are nobody's are the rows'. Deferred, since focus passes through nobody on its way.
@@ -197,10 +206,13 @@ void FileBrowserView::refresh() {
     if (!isVisible())
         return; // Made up for when shown.
     showContent(wantedContent());
+    bool const sameLocation = m_shownLocation == m_state.currentURL.get();
+    m_shownLocation = m_state.currentURL.get();
+    auto const scroll = sameLocation ? ItemView::Scroll::keep : ItemView::Scroll::toTop;
     if (m_list)
-        m_list->setRows(m_rows.current());
+        m_list->setRows(m_rows.current(), scroll);
     if (m_grid)
-        m_grid->setRows(m_rows.current());
+        m_grid->setRows(m_rows.current(), scroll);
     refreshPathRow();
 }
 

@@ -66,12 +66,14 @@ private:
     GoToPath m_goToPath;
     Published<bool> m_showInspector;
     Refresher m_refresher;
+    Refresher m_pathRefresher;
     Subscription m_onLocation;
     Subscription m_onShowInspector;
 
     BrowserToolbar* m_toolbar = nullptr;
     QWidget* m_inspector = nullptr;
     QHBoxLayout* m_contentRow = nullptr;
+    std::optional<Url> m_shownLocation;
     std::optional<Content> m_content; ///< which of the following there is
     QPointer<FileListView> m_list;
     QPointer<IconGridView> m_grid;

@@ -47,23 +47,28 @@ RowList const& ItemView::rows() const {
     return m_model->rows();
 }
 
-void ItemView::setRows(RowList rows, bool keepPlace) {
-    auto const topRow = rowsBetween(verticalOffset(), verticalOffset() + 1).first;
+void ItemView::setRows(RowList rows, Scroll scroll) {
+    if (scroll == Scroll::keep && rows.isSameAs(this->rows()))
+        return;
+    auto const topRow = rowsBetween(verticalOffset(), verticalOffset()).first;
     std::optional<Url> top;
     int shift = 0;
-    if (keepPlace && verticalOffset() > 0 && topRow < rowCount()) {
+    if (scroll == Scroll::keep && verticalOffset() > 0 && topRow < rowCount()) {
         top = this->rows()[static_cast<std::size_t>(topRow)].url;
         shift = verticalOffset() - cellRect(topRow).top();
     }
+    bool const wasScrolling = m_scrolling.state() == QPropertyAnimation::Running;
     m_scrolling.stop();
     m_model->setRows(std::move(rows));
     doItemsLayout();
     auto const found = top ? this->rows().indexOf(*top, static_cast<std::size_t>(topRow)) : std::nullopt;
     if (found)
         verticalScrollBar()->setValue(cellRect(static_cast<int>(*found)).top() + shift);
-    else if (!keepPlace)
+    else if (scroll == Scroll::toTop)
         verticalScrollBar()->setValue(0);
-    syncSelectionModel();
+    if (wasScrolling)
+        m_shownSelection.reset(); // It was on its way into sight.
+    showSelection();
 }
 
 std::optional<FileEntry> ItemView::entryAt(QPoint position) const {
@@ -115,10 +120,13 @@ void ItemView::reveal(Url const& url, Place place) {
 void ItemView::showSelection() {
     syncSelectionModel();
     viewport()->update();
-    auto const selection = m_state.selection.get();
-    if (selection && selection != m_shownSelection)
+    auto const& selection = m_state.selection.get();
+    if (!selection) {
+        m_shownSelection.reset();
+    } else if (selection != m_shownSelection && !rectOf(*selection).isNull()) { // Else when its row comes.
+        m_shownSelection = selection;
         revealSelection(*selection);
-    m_shownSelection = selection;
+    }
 }
 
 /// Tells assistive tools what is selected.

@@ -26,8 +26,9 @@ public:
     ItemView(Platform& platform, BrowserState& state, QString const& label, QWidget* parent = nullptr);
 
     RowList const& rows() const;
-    /// What was on top stays on top, as long as `keepPlace` and it is still there.
-    void setRows(RowList rows, bool keepPlace = true);
+    enum class Scroll { keep, toTop };
+    /// With `keep`, what is on top stays there, unless it is gone.
+    void setRows(RowList rows, Scroll scroll = Scroll::keep);
 
     /// What is at `position`, in the viewport's coordinates.
     std::optional<FileEntry> entryAt(QPoint position) const;

@@ -61,6 +61,7 @@ private:
 
 PortalHotKeys::PortalHotKeys(QDBusConnection bus, XkbKeyboardLayout& layout, QString purpose)
     : m_bus(std::move(bus)), m_layout(layout), m_purpose(std::move(purpose)), m_menuKeys(layout) {
+    qRegisterMetaType<QDBusObjectPath>(); // for the slots below
     qDBusRegisterMetaType<PortalShortcut>();
     qDBusRegisterMetaType<QList<PortalShortcut>>();
     m_bindSoon.setSingleShot(true);

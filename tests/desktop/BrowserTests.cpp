@@ -1,0 +1,204 @@
+// The browser's views by keyboard and mouse, as seen through the accessibility tree.
+
+#include "desktop/Desktop.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace taliro::testing {
+namespace {
+
+using State = Accessible::State;
+
+/// A browser at a home folder that holds Archive (old.txt), Reports (may.odt, Year (sum.ods)), a.txt, b.txt
+/// and c.pdf.
+struct Browser {
+    Desktop desktop;
+    std::unique_ptr<Program> program;
+    Display& display = desktop.display();
+
+    Browser() {
+        desktop.write("Archive/old.txt");
+        desktop.write("Reports/may.odt");
+        desktop.write("Reports/Year/sum.ods");
+        desktop.write("a.txt", std::string(3000, 'a'));
+        desktop.write("b.txt", std::string(10, 'b'));
+        desktop.write("c.pdf", std::string(500, 'c'));
+        program = std::make_unique<Program>(desktop);
+        auto const panel = display.expectWindow("panel");
+        program->tree().expect("list item", "Archive");
+        EXPECT_TRUE(waitFor([&] { return display.focused() == panel.id; }));
+    }
+
+    /// The file views' rows, those of one column after the other's.
+    std::vector<Accessible> rows() {
+        auto rows = program->tree().findAll("list item");
+        std::erase_if(rows, [](Accessible const& row) { return !row.isShowing(); });
+        return rows;
+    }
+    std::string names(std::function<bool(Accessible const&)> const& wanted) {
+        std::string text;
+        for (auto const& row : rows())
+            if (wanted(row))
+                text += row.name().toStdString() + " ";
+        return text;
+    }
+    std::string shown() {
+        return names([](Accessible const&) { return true; });
+    }
+    std::string selected() {
+        return names([](Accessible const& row) { return row.has(State::selected); });
+    }
+    void expectShown(std::string const& expected) {
+        EXPECT_TRUE(waitFor([&] { return shown() == expected; })) << shown();
+    }
+    void expectSelected(std::string const& expected) {
+        EXPECT_TRUE(waitFor([&] { return selected() == expected; })) << selected();
+    }
+    void key(std::string_view chord, std::string const& expected) {
+        display.key(chord);
+        SCOPED_TRACE(std::string(chord));
+        expectSelected(expected);
+    }
+    void click(QString const& row, int times = 1) {
+        auto const place = program->tree().expect("list item", row).place();
+        display.click(place.midX(), place.midY(), 1, times);
+    }
+    void clickHolding(char const* modifier, QString const& row) {
+        display.keyDown(modifier);
+        click(row);
+        display.keyUp(modifier);
+    }
+    void useList() {
+        display.key("Control+2");
+        expectShown("Archive Reports a.txt b.txt c.pdf ");
+        program->tree().expect("list", "Files");
+    }
+};
+
+TEST(Browser, TheListIsUsedByKeyboard) {
+    Browser browser;
+    browser.useList();
+    browser.key("Up", "c.pdf ");
+    browser.key("Down", "c.pdf ");
+    browser.key("Home", "Archive ");
+    browser.key("Shift+Down", "Reports ");
+    browser.key("Control+Down", "Reports ");
+    browser.key("b", "b.txt ");
+    browser.key("r", "Reports ");
+    browser.display.key("Return");
+    browser.expectShown("Year may.odt ");
+    browser.key("Down", "Year ");
+    browser.display.key("Return");
+    browser.expectShown("sum.ods ");
+    browser.display.key("Control+bracketleft");
+    browser.expectShown("Year may.odt ");
+    browser.display.key("Control+bracketleft");
+    browser.expectShown("Archive Reports a.txt b.txt c.pdf ");
+    EXPECT_TRUE(
+        waitFor([&] { return !browser.program->tree().find("push button", "Back").has(State::enabled); }));
+    browser.display.key("Super_L+bracketright");
+    browser.expectShown("Year may.odt ");
+}
+
+TEST(Browser, TheListIsUsedByMouse) {
+    Browser browser;
+    browser.useList();
+    browser.click("a.txt");
+    browser.expectSelected("a.txt ");
+    browser.clickHolding("Control_L", "c.pdf");
+    browser.expectSelected("a.txt c.pdf ");
+    browser.clickHolding("Shift_L", "Reports");
+    browser.expectSelected("Reports a.txt b.txt c.pdf ");
+    browser.clickHolding("Control_L", "a.txt");
+    browser.expectSelected("Reports b.txt c.pdf ");
+    auto const last = browser.program->tree().expect("list item", "c.pdf").place();
+    browser.display.click(last.midX(), last.maxY() + 40);
+    browser.expectSelected("");
+    browser.click("Reports", 2);
+    browser.expectShown("Year may.odt ");
+    auto const home =
+        browser.program->tree()
+            .expect("push button", QString::fromStdString(browser.desktop.home().filename().string()))
+            .place();
+    browser.display.click(home.midX(), home.midY());
+    browser.expectShown("Archive Reports a.txt b.txt c.pdf ");
+}
+
+TEST(Browser, SearchNarrowsTheRowsAndGivesTheKeyboardBack) {
+    Browser browser;
+    browser.useList();
+    browser.program->tree().expect("label", "5 items");
+    browser.display.key("Control+f");
+    EXPECT_TRUE(
+        waitFor([&] { return browser.program->tree().find("text", "Find in folder").has(State::focused); }));
+    browser.display.type("TXT");
+    browser.expectShown("a.txt b.txt ");
+    browser.program->tree().expect("label", "2 items");
+    browser.display.key("BackSpace");
+    browser.display.type("t");
+    browser.display.key("Return");
+    EXPECT_TRUE(
+        waitFor([&] { return !browser.program->tree().find("text", "Find in folder").has(State::focused); }));
+    browser.key("Down", "a.txt ");
+}
+
+TEST(Browser, TheSortMenuChangesKeyAndDirection) {
+    Browser browser;
+    browser.useList();
+    auto const choose = [&](char const* item) {
+        auto const button = browser.program->tree().expect("push button", "Sort").place();
+        browser.display.click(button.midX(), button.midY());
+        auto const place = browser.program->tree().expect("menu item", item).place();
+        browser.display.click(place.midX(), place.midY());
+    };
+    choose("Size");
+    browser.expectShown("Archive Reports b.txt c.pdf a.txt ");
+    choose("Size");
+    browser.expectShown("a.txt c.pdf b.txt Reports Archive ");
+    choose("Name");
+    browser.expectShown("Reports Archive c.pdf b.txt a.txt ");
+}
+
+TEST(Browser, ColumnsOpenByKeyboardAndMouse) {
+    Browser browser;
+    browser.display.key("Control+3");
+    browser.key("Down", "Archive ");
+    browser.expectShown("Archive Reports a.txt b.txt c.pdf old.txt ");
+    browser.key("Down", "Reports ");
+    browser.key("Right", "Reports Year ");
+    browser.expectShown("Archive Reports a.txt b.txt c.pdf Year may.odt sum.ods ");
+    browser.program->tree().expect("label", "1 item");
+    browser.key("Down", "Reports may.odt ");
+    browser.key("Left", "Reports ");
+    browser.expectShown("Archive Reports a.txt b.txt c.pdf Year may.odt ");
+    browser.click("Year");
+    browser.expectSelected("Reports Year ");
+    browser.click("a.txt");
+    browser.expectSelected("a.txt ");
+    browser.expectShown("Archive Reports a.txt b.txt c.pdf ");
+    EXPECT_FALSE(browser.program->tree().find("push button", "Back").has(State::enabled))
+        << "columns leave no history";
+}
+
+TEST(Browser, TheGridIsUsedByKeyboardAndFollowsTheFolder) {
+    Browser browser;
+    browser.display.key("Control+1");
+    browser.program->tree().expect("list", "Files");
+    browser.key("Left", "c.pdf ");
+    browser.key("Right", "c.pdf ");
+    browser.key("Home", "Archive ");
+    browser.key("Right", "Reports ");
+    browser.click("b.txt");
+    browser.expectSelected("b.txt ");
+    browser.desktop.write("aa.txt");
+    browser.expectShown("Archive Reports a.txt aa.txt b.txt c.pdf ");
+    browser.expectSelected("b.txt ");
+    std::filesystem::remove(browser.desktop.home() / "a.txt");
+    browser.expectShown("Archive Reports aa.txt b.txt c.pdf ");
+    browser.key("Left", "aa.txt ");
+}
+
+} // namespace
+} // namespace taliro::testing
