@@ -1,7 +1,6 @@
 #include "app/AppDelegate.h"
 
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
-#include "KeyboardShortcuts/MenuTracking.h"
 #include "KeyboardShortcuts/RecorderCocoa.h"
 #include "app/AppCommands.h"
 #include "app/AppSettings.h"
@@ -18,9 +17,8 @@
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
 #include "platform/WindowManager.h"
+#include "preferences/PreferencesWindowController.h"
 #include "views/QuickLookWindow.h"
-
-#include <QApplication>
 
 namespace taliro {
 
@@ -35,6 +33,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     resetToFactoryDefaultsIfNeeded(m_platform.userDefaults,
                                    [] { KeyboardShortcuts::shared().reset({togglePicker()}); });
     Updater::shared();
+    AppCommands::shared().showPreferences = [this] { showPreferences(); };
     AppCommands::shared().checkForUpdates = [] { Updater::shared().checkForUpdates(); };
     QuickLookCoordinator::provide([this] {
         if (!m_quickLook)
@@ -48,7 +47,17 @@ void AppDelegate::applicationDidFinishLaunching() {
     installShortcut();
     m_platform.openRequests.start([this](std::vector<Url> const& urls) { openURLs(urls); },
                                   [this] { applicationShouldHandleReopen(); });
-    present();
+    presentOnceItemIsPlaced();
+}
+
+/// A popover waits a moment for the tray to take its icon in, or it would jump.
+void AppDelegate::presentOnceItemIsPlaced() {
+    if (!m_settings.popoverMode || !m_settings.showMenuBarIcon || m_statusItem->frame()) {
+        present();
+        return;
+    }
+    using namespace std::chrono_literals;
+    m_firstPresentation = m_platform.mainQueue.after(500ms, [this] { present(); });
 }
 
 void AppDelegate::installStatusItem() {
@@ -57,6 +66,10 @@ void AppDelegate::installStatusItem() {
     m_statusItem->onRightClick = [this] { showMenu(); };
     m_statusItem->onDragEntered = [] { NotificationCenter::standard().post(statusItemFileDragEntered); };
     m_statusItem->onPlaced = [this] {
+        if (m_firstPresentation.isPending()) {
+            m_firstPresentation.cancel();
+            present();
+        }
         if (m_popover)
             m_popover->anchor(m_statusItem->frame());
     };
@@ -109,7 +122,6 @@ void AppDelegate::observeSettings() {
 }
 
 void AppDelegate::installShortcut() {
-    new MenuTracking(*qApp);
     RecorderCocoa::setMainMenu([this] { return m_mainMenu.items(); });
     KeyboardShortcuts::shared().onKeyDown(togglePicker(), [guard = QPointer(this)] {
         if (guard)
@@ -129,6 +141,22 @@ void AppDelegate::toggle() {
         showPopover();
     else
         showPanel(m_statusItem->frame(), false);
+}
+
+void AppDelegate::showPreferences() {
+    auto& preferences = PreferencesWindowController::shared();
+    bool const isNew = !preferences.window();
+    preferences.show();
+    if (!isNew)
+        return;
+    m_mainMenu.attachTo(*preferences.window());
+    preferences.onClose = [this] {
+        // In a later turn, when the window is gone.
+        m_platform.mainQueue.async([guard = QPointer(this)] {
+            if (guard && guard->isPresentationVisible())
+                guard->present();
+        });
+    };
 }
 
 void AppDelegate::showMenu() {

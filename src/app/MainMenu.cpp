@@ -62,6 +62,9 @@ MainMenu::MainMenu(std::function<void()> hide)
     addEdit(tr("Copy"), {Qt::Key_C}, "copy");
     addEdit(tr("Paste"), {Qt::Key_V}, "paste");
     addEdit(tr("Select All"), {Qt::Key_A}, "selectAll");
+    m_preferences = std::make_unique<QAction>(tr("Preferences…"));
+    m_preferences->setShortcuts(withCommand({Qt::Key_Comma}));
+    connect(m_preferences.get(), &QAction::triggered, this, [] { AppCommands::shared().showPreferences(); });
     connect(qApp, &QApplication::focusChanged, this, &MainMenu::followFocus);
     followFocus();
 }
@@ -92,6 +95,7 @@ void MainMenu::followFocus() {
 void MainMenu::attachTo(QWidget& window) {
     for (auto* action : m_actions)
         window.addAction(action);
+    window.addAction(m_preferences.get());
 }
 
 QMenuBar* MainMenu::makeBar(QWidget* parent) {

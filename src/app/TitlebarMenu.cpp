@@ -45,18 +45,19 @@ void TitlebarMenu::addOverflowMenu() {
     auto const add = [&](char const* symbol, QString const& title, QKeySequence const& key,
                          std::function<void()> const& command) {
         auto* action = menu->addAction(symbolIcon(symbol), title);
+        // To be read; the main menu is where the key works.
         action->setShortcut(key);
+        action->setShortcutContext(Qt::WidgetShortcut);
         action->setEnabled(static_cast<bool>(command));
         connect(action, &QAction::triggered, this, [command] { command(); });
-        return action;
     };
-    // The keys are shown here and work through the main menu and the window.
-    window()->addAction(
-        add("gear", tr("Preferences…"), QKeySequence(Qt::CTRL | Qt::Key_Comma), commands.showPreferences));
+    add("gear", tr("Preferences…"), QKeySequence(Qt::CTRL | Qt::Key_Comma), commands.showPreferences);
     add("arrow.down.circle", tr("Check for Updates…"), {}, commands.checkForUpdates);
     menu->addSeparator();
-    add("power", tr("Quit Taliro"), {}, commands.quit)->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    add("power", tr("Quit Taliro"), QKeySequence(Qt::CTRL | Qt::Key_Q), commands.quit);
     m_overflow->setMenu(menu);
+    // The keys are shown here and work through the main menu; in both places, they would in neither.
+    m_overflow->removeAction(menu->menuAction());
 }
 
 } // namespace taliro

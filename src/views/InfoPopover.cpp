@@ -1,5 +1,7 @@
 #include "views/InfoPopover.h"
 
+#include "platform/Platform.h"
+#include "platform/WindowManager.h"
 #include "views/Drawing.h"
 #include "views/FactRows.h"
 #include "views/Names.h"
@@ -17,15 +19,17 @@ namespace taliro {
 namespace {
 constexpr QSize previewSize(200, 140);
 constexpr int margin = 12;
-/// The click that closed the window on the press of a button is over by then.
+/// A click on the mark that opened the window closes it by taking the keyboard, before it is heard as a
+/// click.
 constexpr qint64 sameClick = 200; ///< milliseconds
 } // namespace
 
 InfoPopover::InfoPopover(Platform& platform, QWidget* parent)
-    : QWidget(parent, Qt::Popup | Qt::FramelessWindowHint), m_platform(platform) {
+    : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint), m_platform(platform) {
     m_preview = new ThumbnailView(platform, this);
     m_preview->setFixedSize(previewSize);
-    m_name = new WrappedLabel(Theme::current().font(metrics::small, QFont::DemiBold), &Colors::text1, 3, this);
+    m_name =
+        new WrappedLabel(Theme::current().font(metrics::small, QFont::DemiBold), &Colors::text1, 3, this);
     m_facts = new FactRows(this);
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(margin, margin, margin, margin);
@@ -35,6 +39,7 @@ InfoPopover::InfoPopover(Platform& platform, QWidget* parent)
     column->addWidget(m_facts);
     setFixedWidth(previewSize.width() + 2 * margin);
     setWindowTitle(tr("Information"));
+    setWindowRole(QStringLiteral("information"));
     setAccessibleName(windowTitle());
 }
 
@@ -50,6 +55,7 @@ void InfoPopover::toggle(Url const& item, QRect const& anchor) {
     m_facts->setFacts(factsOf(m_platform, item));
     place(anchor);
     show();
+    activateWindow();
 }
 
 void InfoPopover::place(QRect const& anchor) {
@@ -67,10 +73,18 @@ void InfoPopover::place(QRect const& anchor) {
 }
 
 void InfoPopover::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Space || event->matches(QKeySequence::Cancel))
-        hide();
-    else
+    if (event->key() != Qt::Key_Space && !event->matches(QKeySequence::Cancel)) {
         QWidget::keyPressEvent(event);
+        return;
+    }
+    hide();
+    m_platform.windowManager.focus(parentWidget()->window()->winId());
+}
+
+bool InfoPopover::event(QEvent* event) {
+    if (event->type() == QEvent::WindowDeactivate)
+        hide();
+    return QWidget::event(event);
 }
 
 void InfoPopover::hideEvent(QHideEvent* event) {

@@ -11,7 +11,7 @@ class ThumbnailView;
 class WrappedLabel;
 struct Platform;
 
-/// A small window at a row with what is known of its item; gone with the next click or key elsewhere.
+/// A small window at a row with what is known of its item; gone as soon as another window is used.
 class InfoPopover : public QWidget {
     Q_OBJECT
 
@@ -24,6 +24,7 @@ public:
     ThumbnailView& preview() const { return *m_preview; }
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent*) override;
     void keyPressEvent(QKeyEvent* event) override;
     void hideEvent(QHideEvent* event) override;

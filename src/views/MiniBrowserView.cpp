@@ -1,6 +1,8 @@
 #include "views/MiniBrowserView.h"
 
+#include "browsing/AncestorChain.h"
 #include "browsing/RecentsStore.h"
+#include "dragdrop/ItemViewDragDrop.h"
 #include "platform/Platform.h"
 #include "sidebar/FavoritesStore.h"
 #include "views/Commands.h"
@@ -22,7 +24,6 @@ namespace taliro {
 
 namespace {
 constexpr int headerHeight = 34;
-constexpr int mostAncestors = 64;
 } // namespace
 
 MiniBrowserView::MiniBrowserView(Platform& platform, BrowserState& state, DirectoryWatcher& watcher,
@@ -93,6 +94,11 @@ void MiniBrowserView::makeCommands() {
     connect(m_list, &ItemView::entryClicked, this, [this](FileEntry const& entry) { click(entry); });
     connect(m_list, &ItemView::entryDoubleClicked, this,
             [this](FileEntry const& entry) { doubleClick(entry); });
+    attachDragDrop(*m_list,
+                   {.shown = [this] { return m_state.currentURL.get().asDirectory(); },
+                    .open = [this](Url const& folder) { m_state.navigate(folder); },
+                    .onTargeted = {}},
+                   m_state, m_platform);
 }
 
 void MiniBrowserView::observe() {
@@ -144,24 +150,6 @@ void MiniBrowserView::refreshHeader() {
         m_location->setPlace("clock", tr("Recents"));
     else
         m_location->setPlace(folderSymbol(location), shownName(displayName(location)));
-}
-
-std::vector<Url> MiniBrowserView::ancestorChain(Url const& url) {
-    std::vector<Url> chain;
-    auto current = url;
-    while (chain.size() < mostAncestors) {
-        chain.push_back(current);
-        auto parent = current.deletingLastPathComponent();
-        if (parent.path().size() >= current.path().size())
-            break;
-        current = std::move(parent);
-    }
-    return chain;
-}
-
-std::string MiniBrowserView::displayName(Url const& url) {
-    auto name = url.lastPathComponent();
-    return name.empty() || name == "/" ? url.path() : name;
 }
 
 std::string MiniBrowserView::folderSymbol(Url const& url) const {
@@ -256,6 +244,8 @@ void MiniBrowserView::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     locationChanged(m_state.currentURL.get());
     refresh();
+    if (auto const selection = m_state.selection.get())
+        m_list->reveal(*selection, ItemView::Place::nearest);
     if (!isEditingText(QApplication::focusWidget()))
         focusContent();
 }

@@ -31,11 +31,6 @@ public:
     void focusContent();
     MiniRowsView& list() const { return *m_list; }
 
-    /// From `url` up to the root.
-    static std::vector<Url> ancestorChain(Url const& url);
-    /// The last part of the path; the whole path where there is none.
-    static std::string displayName(Url const& url);
-
 protected:
     void showEvent(QShowEvent* event) override;
     void focusInEvent(QFocusEvent*) override { focusContent(); }

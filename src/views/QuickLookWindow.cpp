@@ -47,10 +47,8 @@ constexpr int thumbnailPixels = 512;
 /// The floating panel or the popover, whichever shows the browser.
 QWidget* browserWindow() {
     for (auto* const window : QApplication::topLevelWidgets()) {
-        QString const name = QString::fromLatin1(window->metaObject()->className());
-        bool const isBrowser =
-            name.endsWith(QStringLiteral("PickerPanel")) || name.contains(QStringLiteral("Popover"));
-        if (window->isVisible() && isBrowser && window->windowType() != Qt::Popup)
+        std::string_view const name = window->metaObject()->className();
+        if (window->isVisible() && (name == "taliro::PickerPanel" || name == "taliro::Popover"))
             return window;
     }
     return nullptr;
@@ -62,6 +60,7 @@ QuickLookWindow::QuickLookWindow(Platform& platform)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint), m_platform(platform) {
     setMouseTracking(true);
     setMinimumSize(smallest);
+    setWindowRole(QStringLiteral("preview"));
     makeTitle();
     makeContents();
     auto* const column = new QVBoxLayout(this);
@@ -281,7 +280,7 @@ void QuickLookWindow::hideEvent(QHideEvent* event) {
     clearContents();
     QWidget::hideEvent(event);
     if (m_browser && m_browser->isVisible())
-        m_browser->activateWindow();
+        m_platform.windowManager.focus(m_browser->winId());
 }
 
 QScrollBar* QuickLookWindow::scrollBar() const {

@@ -1,5 +1,6 @@
 #include "views/ThumbnailView.h"
 
+#include "dragdrop/FileDragHost.h"
 #include "platform/FileManager.h"
 #include "platform/Platform.h"
 #include "platform/Thumbnailer.h"
@@ -31,6 +32,9 @@ ThumbnailView::ThumbnailView(Platform& platform, QWidget* parent) : QWidget(pare
         m_turn = (m_turn + 1) % dots;
         update();
     });
+    FileDragHost::Source source;
+    source.urlAt = [this](QPoint) { return m_url; };
+    new FileDragHost(*this, std::move(source), platform);
 }
 
 void ThumbnailView::setUrl(std::optional<Url> url) {
@@ -56,9 +60,9 @@ void ThumbnailView::setUrl(std::optional<Url> url) {
     m_turning.start(firstTurnAfter);
     auto const* main = QGuiApplication::primaryScreen();
     auto const pixels = qCeil(requestedPoints * (main ? main->devicePixelRatio() : 2.0));
-    m_request = m_platform.thumbnailer.request({*m_url, pixels, pixels}, [this](std::optional<Picture> const& picture) {
-        finish(picture ? toImage(*picture) : QImage());
-    });
+    m_request = m_platform.thumbnailer.request(
+        {*m_url, pixels, pixels},
+        [this](std::optional<Picture> const& picture) { finish(picture ? toImage(*picture) : QImage()); });
 }
 
 void ThumbnailView::finish(QImage image) {

@@ -2,7 +2,7 @@
 //
 //   drag_source X Y [--only-copy] FORMAT DATA [FORMAT DATA…]
 //
-// `ready` is printed once it is shown, `ended ACTION` after each drag.
+// It prints `action ACTION` when what a drop would do changes, and `ended ACTION` after a drag.
 #include <QApplication>
 #include <QDrag>
 #include <QMimeData>
@@ -29,20 +29,21 @@ protected:
             data->setData(m_offered[i], m_offered[i + 1].toUtf8());
         auto* const drag = new QDrag(this);
         drag->setMimeData(data);
-        auto const action = drag->exec(m_actions, Qt::CopyAction);
-        std::printf("ended %s\n", action == Qt::MoveAction   ? "move"
-                                  : action == Qt::CopyAction ? "copy"
-                                  : action == Qt::LinkAction ? "link"
-                                                             : "none");
-        std::fflush(stdout);
+        connect(drag, &QDrag::actionChanged, this, [](Qt::DropAction action) { print("action", action); });
+        print("ended", drag->exec(m_actions, Qt::CopyAction));
         m_dragging = false;
-    }
-    void showEvent(QShowEvent*) override {
-        std::puts("ready");
-        std::fflush(stdout);
     }
 
 private:
+    static void print(char const* what, Qt::DropAction action) {
+        std::printf("%s %s\n", what,
+                    action == Qt::MoveAction   ? "move"
+                    : action == Qt::CopyAction ? "copy"
+                    : action == Qt::LinkAction ? "link"
+                                               : "none");
+        std::fflush(stdout);
+    }
+
     QStringList m_offered;
     Qt::DropActions m_actions;
     bool m_dragging = false;

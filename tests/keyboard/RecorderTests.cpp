@@ -9,6 +9,7 @@
 #include "platform/linux/XkbKeyboardLayout.h"
 #include "support/FakePlatform.h"
 #include "support/TemporaryFolder.h"
+#include "support/WaitUntil.h"
 
 #include <QAction>
 #include <QApplication>
@@ -17,21 +18,22 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include <fstream>
+#include <filesystem>
 
 namespace taliro::testing {
 namespace {
 
 constexpr auto windowManagerKeys = R"(<?xml version="1.0"?>
-<openbox_config xmlns="http://openbox.org/3.4/rc"><keyboard>
+<openbox_config xmlns="http://openbox.org/3.4/rc">
+<focus><focusNew>yes</focusNew></focus><keyboard>
 <keybind key="W-e"><action name="ToggleShowDesktop"/></keybind>
 </keyboard></openbox_config>)";
 
 /// A form with a recorder and a field after it, under a window manager that has a shortcut of its own.
 struct RecorderTest : ::testing::Test {
     TemporaryFolder folder;
-    std::string configuration = folder / "rc.xml";
-    Child windowManager;
+    std::string configuration = folder.write("rc.xml", windowManagerKeys);
+    Process windowManager;
     Typist typist;
     XKeyboard keyboard;
     XkbKeyboardLayout layout{keyboard};
@@ -54,9 +56,10 @@ struct RecorderTest : ::testing::Test {
     QAction quit{QStringLiteral("&Quit Taliro")};
 
     void SetUp() override {
-        std::ofstream(configuration) << windowManagerKeys;
-        windowManager = Child({"openbox", "--config-file", configuration});
-        ASSERT_TRUE(waitUntil([&] { return keyboard.rootText("_OB_CONFIG_FILE").has_value(); }));
+        // Windows shown before it is ready would be lost on it.
+        std::string const ready = folder / "ready";
+        windowManager = start({"openbox", "--config-file", configuration, "--startup", "touch " + ready});
+        ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(ready); }));
         shortcuts.onKeyDown(name, [this] { ++toggled; });
         recorder.onChange = [this](auto const& shortcut) { changes.push_back(shortcut); };
         quit.setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));

@@ -6,6 +6,7 @@
 #include "keyboard/XServer.h"
 #include "platform/linux/XkbKeyboardLayout.h"
 #include "support/FakePlatform.h"
+#include "support/WaitUntil.h"
 
 #include <QApplication>
 #include <QMenu>

@@ -1,27 +1,8 @@
 #pragma once
 
-#include <functional>
-#include <string>
-#include <vector>
+#include "desktop/Process.h"
 
 namespace taliro::testing {
-
-/// A program that runs until the object ends.
-class Child {
-public:
-    Child() = default;
-    /// `output`: the file descriptor that the program inherits as number 3, or -1.
-    explicit Child(std::vector<std::string> const& command, int output = -1);
-    ~Child();
-    Child(Child&& other) noexcept : m_pid(std::exchange(other.m_pid, 0)) {}
-    Child& operator=(Child&& other) noexcept {
-        std::swap(m_pid, other.m_pid);
-        return *this;
-    }
-
-private:
-    int m_pid = 0;
-};
 
 /// An X server without a screen to look at, with the address `DISPLAY` set to it.
 class XServer {
@@ -29,13 +10,13 @@ public:
     XServer();
 
 private:
-    Child m_server;
+    Process m_server;
 };
 
+/// Starts a program with the environment of this process, its output thrown away. `channel`: it gets this
+/// descriptor as its number 3.
+Process start(std::vector<std::string> const& command, std::optional<int> channel = std::nullopt);
 /// Runs a program to its end; its exit status.
-int run(std::vector<std::string> const& command);
-
-/// Handles events until `condition` holds; false after ten seconds.
-bool waitUntil(std::function<bool()> const& condition);
+std::optional<int> run(std::vector<std::string> const& command);
 
 } // namespace taliro::testing

@@ -3,6 +3,7 @@
 #include "KeyboardShortcuts/Key.h"
 #include "keyboard/Typist.h"
 #include "keyboard/XServer.h"
+#include "support/WaitUntil.h"
 
 namespace taliro::testing {
 namespace {

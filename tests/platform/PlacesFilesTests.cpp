@@ -197,12 +197,15 @@ TEST_F(BookmarksTest, AnyBytesFailToResolve) {
     auto const own = *bookmarks.make(url("here"));
     auto const foreign = RecordWriter().finish({"usr", "share", "doc"});
     EXPECT_EQ(bookmarks.resolve({}), std::nullopt);
-    for (auto const* whole : {&own, &foreign})
-        for (std::size_t size = 0; size < whole->size(); ++size) {
-            auto const found = bookmarks.resolve({whole->begin(), whole->begin() + static_cast<long>(size)});
-            // A shortened path may lead to a folder above; nothing else may come of it.
-            EXPECT_TRUE(!found || url("here").path().starts_with(found->path())) << size;
-        }
+    for (std::size_t size = 0; size < own.size(); ++size) {
+        auto const found = bookmarks.resolve({own.begin(), own.begin() + static_cast<long>(size)});
+        // A shortened path may lead to a folder above; nothing else may come of it.
+        EXPECT_TRUE(!found || url("here").path().starts_with(found->path())) << size;
+    }
+    for (std::size_t size = 0; size < foreign.size(); ++size) {
+        auto const path = pathOfBookmarkRecords(std::span(foreign).first(size));
+        EXPECT_TRUE(!path || *path == "/usr/share/doc") << size;
+    }
     // Numbers that point nowhere, at each place.
     for (std::size_t i = 4; i + 4 <= foreign.size(); ++i) {
         auto damaged = foreign;

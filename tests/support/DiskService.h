@@ -9,6 +9,8 @@
 #include <QMap>
 #include <QStringList>
 
+#include <functional>
+
 namespace taliro::testing {
 
 /// The disk service, as far as anybody asks it here: it tells of the disks it was given and notes what it is
@@ -28,8 +30,10 @@ public:
     QList<Disk> disks;
     QStringList calls;    ///< "Unmount sdb1"
     QString unmountError; ///< told instead of unmounting
+    std::function<void()> onUnmount;
 
     explicit DiskService(QDBusConnection bus) : m_bus(std::move(bus)) {
+        qDBusRegisterMetaType<QList<QByteArray>>();
         qDBusRegisterMetaType<Interfaces>();
         qDBusRegisterMetaType<Objects>();
         m_bus.registerVirtualObject(QStringLiteral("/org/freedesktop/UDisks2"), this,
@@ -63,6 +67,8 @@ public:
                 QStringLiteral("org.freedesktop.UDisks2.Error.DeviceBusy"), unmountError));
             return true;
         }
+        if (message.member() == QStringLiteral("Unmount") && onUnmount)
+            onUnmount();
         connection.send(message.createReply());
         return true;
     }

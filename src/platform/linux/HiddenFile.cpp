@@ -1,10 +1,10 @@
 #include "platform/linux/HiddenFile.h"
 
+#include "platform/linux/BackgroundFileOperations.h"
+
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace taliro {
@@ -15,22 +15,16 @@ std::unexpected<std::errc> lastError() {
     return std::unexpected(static_cast<std::errc>(errno));
 }
 
-/// What the user's other programs would give a new file.
-mode_t newFileMode() {
-    auto const mask = ::umask(0);
-    ::umask(mask);
-    return 0666 & ~mask;
-}
-
 } // namespace
 
 std::expected<HiddenFile, std::errc> HiddenFile::create(Url const& folder) {
-    auto path = folder.appending(".taliro-new-XXXXXX").path();
-    FileDescriptor file(::mkostemp(path.data(), O_CLOEXEC));
+    auto const name = transfer::Leftovers::temporaryName();
+    auto note = transfer::Leftovers(BackgroundFileOperations::defaultStateFolder()).note(folder.path(), name);
+    auto url = folder.appending(name);
+    FileDescriptor file(::open(url.path().c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
     if (!file)
         return lastError();
-    ::fchmod(file.get(), newFileMode()); // a file system without modes keeps its own
-    return HiddenFile(Url::file(path, false), std::move(file));
+    return HiddenFile(std::move(url), std::move(file), std::move(note));
 }
 
 HiddenFile::~HiddenFile() {

@@ -2,6 +2,7 @@
 
 #include "foundation/Url.h"
 #include "platform/linux/FileDescriptor.h"
+#include "platform/linux/transfer/Leftovers.h"
 
 #include <expected>
 #include <string>
@@ -26,10 +27,12 @@ public:
     Url release();
 
 private:
-    HiddenFile(Url url, FileDescriptor file) : m_url(std::move(url)), m_file(std::move(file)) {}
+    HiddenFile(Url url, FileDescriptor file, transfer::Leftovers::Note note)
+        : m_url(std::move(url)), m_file(std::move(file)), m_note(std::move(note)) {}
 
     Url m_url;
     FileDescriptor m_file;
+    transfer::Leftovers::Note m_note;
 };
 
 /// Gives `from` the name `to` in the same folder and makes that last; `file_exists` where the name is taken.

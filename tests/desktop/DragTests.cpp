@@ -1,0 +1,228 @@
+// Files in and out of the browser, by real drags between two programs.
+
+#include "desktop/Desktop.h"
+
+#include <gtest/gtest.h>
+
+namespace taliro::testing {
+namespace {
+
+struct Spot {
+    int x, y;
+};
+
+/// The other program of a drag: it tells what happens to it in lines.
+class Client {
+public:
+    Client(Desktop& desktop, std::string const& program, std::vector<std::string> arguments)
+        : m_display(desktop.display()), m_log(desktop.log(std::filesystem::path(program).filename())) {
+        arguments.insert(arguments.begin(), {program, "40", "500"});
+        m_process = Process(arguments, desktop.environment(), m_log);
+        EXPECT_TRUE(waitFor([&] { return place().width > 0; })) << said();
+    }
+    Spot middle() { return {place().midX(), place().midY()}; }
+    std::string said() const { return contentsOf(m_log); }
+    /// Whether it said this line since `forget`.
+    bool says(std::string const& line) const {
+        return ("\n" + said().substr(m_heard)).find("\n" + line + "\n") != std::string::npos;
+    }
+    void forget() { m_heard = said().size(); }
+
+private:
+    /// Of its window, once the user can see it.
+    Place place() {
+        for (auto const& window : m_display.windows())
+            if (window.name.starts_with("drag "))
+                return window.place;
+        return {};
+    }
+
+    Display& m_display;
+    std::filesystem::path m_log;
+    Process m_process;
+    std::size_t m_heard = 0;
+};
+
+/// A drag with the pointer, as a hand does it.
+class Hand {
+public:
+    explicit Hand(Display& display) : m_display(display) {}
+
+    void press(Spot at) {
+        m_display.move(at.x, at.y);
+        m_display.button(1, true);
+        m_at = at;
+    }
+    void release() { m_display.button(1, false); }
+    void moveTo(Spot to) {
+        constexpr int steps = 12;
+        auto const from = m_at;
+        for (int i = 1; i <= steps; ++i) {
+            m_display.move(from.x + (to.x - from.x) * i / steps, from.y + (to.y - from.y) * i / steps);
+            m_display.sync();
+        }
+        m_at = to;
+    }
+    /// Goes there and trembles until `condition` holds; whether it did in time.
+    bool hover(Spot at, std::function<bool()> const& condition) {
+        moveTo(at);
+        int trembling = 0;
+        return waitFor([&] {
+            m_display.move(at.x + trembling++ % 3, at.y);
+            m_display.sync();
+            return condition();
+        });
+    }
+
+private:
+    Display& m_display;
+    Spot m_at{};
+};
+
+class Drag : public ::testing::Test {
+protected:
+    Desktop desktop;
+    Display& display = desktop.display();
+    Hand hand{display};
+    std::unique_ptr<Program> program;
+
+    void start(std::string const& folder = "Work") {
+        program = std::make_unique<Program>(desktop, std::vector{(desktop.home() / folder).string()});
+    }
+    Client source(std::vector<std::string> const& offered) { return Client(desktop, DRAG_SOURCE, offered); }
+    std::string addressOf(std::string const& path) { return "file://" + (desktop.home() / path).string(); }
+    bool exists(std::string const& path) { return std::filesystem::exists(desktop.home() / path); }
+
+    /// Where it is once it has come to rest: panes glide into sight.
+    static Place settled(Accessible const& item) {
+        Place last;
+        EXPECT_TRUE(waitFor([&] {
+            auto const now = item.place();
+            return now.width > 0 && now == std::exchange(last, now);
+        }));
+        return last;
+    }
+    /// In the first half of a row, where its icon and name are.
+    Spot row(QString const& list, QString const& name) {
+        auto const place = settled(program->tree().expect("list", list).expect("list item", name));
+        return {place.x + place.width / 4, place.midY()};
+    }
+    /// Somewhere below the rows of a list.
+    Spot emptyIn(QString const& list) {
+        auto const place = settled(program->tree().expect("list", list));
+        return {place.midX(), place.maxY() - 40};
+    }
+};
+
+TEST_F(Drag, FilesAreMovedInAndCopiedWithTheKey) {
+    desktop.makeFolder("Work");
+    desktop.write("first.txt", "1");
+    desktop.write("second.txt", "2");
+    start();
+    auto const place = emptyIn("Work");
+    {
+        auto client = source({"text/uri-list", addressOf("first.txt")});
+        hand.press(client.middle());
+        ASSERT_TRUE(hand.hover(place, [&] { return client.says("action move"); })) << client.said();
+        hand.release();
+        EXPECT_TRUE(waitFor([&] { return exists("Work/first.txt") && client.says("ended move"); }));
+        EXPECT_FALSE(exists("first.txt"));
+    }
+    auto client = source({"text/uri-list", addressOf("second.txt")});
+    hand.press(client.middle());
+    ASSERT_TRUE(hand.hover(place, [&] { return client.says("action move"); })) << client.said();
+    display.keyDown("Control_L");
+    EXPECT_TRUE(hand.hover(place, [&] { return client.says("action copy"); })) << client.said();
+    hand.release();
+    EXPECT_TRUE(waitFor([&] { return exists("Work/second.txt"); }));
+    display.keyUp("Control_L");
+    EXPECT_TRUE(exists("second.txt"));
+    program->tree().expect("list item", "second.txt");
+}
+
+TEST_F(Drag, RestingOnFoldersOpensThemTwoDeep) {
+    desktop.makeFolder("Work/outer/inner/innermost");
+    desktop.write("file.txt");
+    start();
+    auto client = source({"text/uri-list", addressOf("file.txt")});
+    hand.press(client.middle());
+    auto const shows = [&](QString const& name) {
+        return [this, name] { return static_cast<bool>(program->tree().find("list item", name)); };
+    };
+    ASSERT_TRUE(hand.hover(row("Work", "outer"), shows("inner"))) << client.said();
+    ASSERT_TRUE(hand.hover(row("outer", "inner"), shows("innermost"))) << client.said();
+    ASSERT_TRUE(hand.hover(emptyIn("inner"), [&] { return client.says("action move"); })) << client.said();
+    hand.release();
+    EXPECT_TRUE(waitFor([&] { return exists("Work/outer/inner/file.txt"); }));
+    EXPECT_FALSE(exists("file.txt"));
+}
+
+TEST_F(Drag, RecentsTakeNothing) {
+    desktop.makeFolder("Work");
+    desktop.write("file.txt");
+    start();
+    auto const list = emptyIn("Work");
+    program->tree().expect("push button", "Recents").act();
+    ASSERT_TRUE(program->tree().waitUntilGone("list", "Work"));
+    auto const home =
+        program->tree().expect("push button", QString::fromStdString(desktop.home().filename())).place();
+    auto client = source({"text/uri-list", addressOf("file.txt")});
+    hand.press(client.middle());
+    ASSERT_TRUE(hand.hover({home.midX(), home.midY()}, [&] { return client.says("action move"); }))
+        << client.said();
+    client.forget();
+    EXPECT_TRUE(hand.hover(list, [&] { return client.says("action none"); })) << client.said();
+    hand.release();
+    EXPECT_TRUE(waitFor([&] { return client.says("ended none"); }));
+    EXPECT_TRUE(exists("file.txt"));
+}
+
+TEST_F(Drag, TextBecomesAFile) {
+    desktop.makeFolder("Work");
+    start();
+    auto const place = emptyIn("Work");
+    auto client = source({"text/plain", "Grüße", "text/html", "<b>Grüße</b>"});
+    hand.press(client.middle());
+    ASSERT_TRUE(hand.hover(place, [&] { return client.says("action copy"); })) << client.said();
+    hand.release();
+    std::filesystem::path saved;
+    EXPECT_TRUE(waitFor([&] {
+        for (auto const& item : std::filesystem::directory_iterator(desktop.home() / "Work"))
+            if (item.path().filename().string().starts_with("Snippet-"))
+                saved = item.path();
+        return !saved.empty();
+    }));
+    EXPECT_EQ(contentsOf(saved), "<meta charset=\"utf-8\">\n<b>Grüße</b>");
+}
+
+TEST_F(Drag, OutToAnotherProgramClosesThePopoverAndWithinItDoesNot) {
+    desktop.write("Work/a file.txt");
+    desktop.makeFolder("Work/folder");
+    std::filesystem::path const defaults = desktop.environment().at("XDG_CONFIG_HOME") + "/taliro";
+    std::filesystem::create_directories(defaults);
+    std::ofstream(defaults / "defaults.plist")
+        << "<?xml version=\"1.0\"?>\n<plist "
+           "version=\"1.0\"><dict><key>popoverMode</key><true/></dict></plist>\n";
+    start();
+    display.expectWindow("popover");
+    Client target(desktop, DRAG_TARGET, {"copy"});
+
+    hand.press(row("Work", "a file.txt"));
+    auto const opened = [&] { return static_cast<bool>(program->tree().find("list", "folder")); };
+    ASSERT_TRUE(hand.hover(row("Work", "folder"), opened));
+    hand.moveTo(emptyIn("folder"));
+    hand.release();
+    EXPECT_TRUE(waitFor([&] { return exists("Work/folder/a file.txt"); }));
+    EXPECT_TRUE(display.window("popover"));
+
+    hand.press(row("folder", "a file.txt"));
+    ASSERT_TRUE(hand.hover(target.middle(), [&] { return target.says("entered"); })) << target.said();
+    hand.release();
+    EXPECT_TRUE(waitFor([&] { return target.says("dropped"); })) << target.said();
+    EXPECT_TRUE(target.says("text/uri-list " + addressOf("Work/folder/a%2520file.txt") + "%0D%0A"))
+        << target.said();
+    EXPECT_TRUE(display.waitUntilGone("popover"));
+}
+
+} // namespace
+} // namespace taliro::testing

@@ -1,0 +1,171 @@
+// The sidebar: places, volumes, and what it says about mirroring the file manager's favorites.
+
+#include "desktop/Desktop.h"
+#include "support/DiskService.h"
+
+#include <QMetaObject>
+#include <QThread>
+
+#include <gtest/gtest.h>
+#include <sys/mount.h>
+
+namespace taliro::testing {
+namespace {
+
+void click(Desktop& desktop, Accessible const& thing, int button = 1) {
+    auto const place = thing.place();
+    desktop.display().click(place.midX(), place.midY(), button);
+}
+
+bool waitUntilCurrent(Program& program, QString const& title) {
+    return waitFor([&] {
+        return program.tree().find(QStringLiteral("push button"), title).description() ==
+               QStringLiteral("Current folder");
+    });
+}
+
+/// A row of the sidebar, once it is there.
+Accessible row(Program& program, char const* title) {
+    return program.tree().expect(QStringLiteral("push button"), QString::fromUtf8(title));
+}
+
+void answer(Desktop& desktop, Program& program, QString const& message, char const* button) {
+    EXPECT_TRUE(waitFor([&] {
+        return static_cast<bool>(
+            program.tree().find([&](Accessible const& one) { return one.name().startsWith(message); }));
+    })) << message.toStdString();
+    click(desktop, program.tree().expect(QStringLiteral("push button"), QString::fromUtf8(button)));
+}
+
+/// Opens the context menu of `thing` and chooses its only command. Menus that pop up are in no accessibility
+/// tree.
+void chooseFromMenu(Desktop& desktop, Accessible const& thing) {
+    auto const menus = [&] {
+        return std::ranges::count_if(desktop.display().windows(), [](WindowInfo const& window) {
+            return !window.isManaged && window.klass == "Taliro";
+        });
+    };
+    auto const before = menus();
+    click(desktop, thing, 3);
+    EXPECT_TRUE(waitFor([&] { return menus() > before; })) << "no menu";
+    desktop.display().key("Down");
+    desktop.display().key("Return");
+}
+
+TEST(Sidebar, OpensPlacesAndForgetsFavorites) {
+    Desktop desktop;
+    desktop.write("Documents/plan.txt");
+    desktop.write("Downloads/archive.zip");
+    Program program(desktop);
+    desktop.display().expectWindow("panel");
+
+    click(desktop, row(program, "Documents"));
+    program.tree().expect({}, QStringLiteral("plan.txt"));
+    EXPECT_TRUE(waitUntilCurrent(program, QStringLiteral("Documents")));
+    click(desktop, row(program, "Downloads"));
+    program.tree().expect({}, QStringLiteral("archive.zip"));
+    EXPECT_TRUE(waitUntilCurrent(program, QStringLiteral("Downloads")));
+    EXPECT_EQ(row(program, "Documents").description(), QString());
+
+    chooseFromMenu(desktop, row(program, "Documents"));
+    EXPECT_TRUE(program.tree().waitUntilGone(QStringLiteral("push button"), QStringLiteral("Documents")));
+    row(program, "Downloads");
+}
+
+TEST(Sidebar, SaysWhenTheFavoritesCantBeMirrored) {
+    Desktop desktop;
+    desktop.makeFolder("Work");
+    Program program(desktop);
+    desktop.display().expectWindow("panel");
+
+    click(desktop, row(program, "Enable"));
+    answer(desktop, program, QStringLiteral("Full Disk Access Required"), "Later");
+    row(program, "Open Settings");
+    EXPECT_TRUE(program.tree().waitUntilGone(QStringLiteral("push button"), QStringLiteral("Enable")));
+
+    // A list comes up while the program runs.
+    auto const list = desktop.environment().at("XDG_CONFIG_HOME") + "/gtk-3.0/bookmarks";
+    std::filesystem::create_directories(std::filesystem::path(list).parent_path());
+    std::ofstream(list) << "file://" << (desktop.home() / "Work").string() << " Our work\n";
+    row(program, "Our work");
+    EXPECT_TRUE(program.tree().waitUntilGone(QStringLiteral("push button"), QStringLiteral("Turn off sync")));
+
+    std::filesystem::remove(list);
+    click(desktop, row(program, "Turn off sync"));
+    click(desktop, row(program, "Dismiss"));
+    EXPECT_TRUE(program.tree().waitUntilGone(QStringLiteral("push button"), QStringLiteral("Dismiss")));
+    EXPECT_FALSE(
+        program.tree().find(QStringLiteral("push button"), QStringLiteral("Turn off sync")).isShowing());
+}
+
+TEST(Sidebar, EjectsVolumesAndLeavesThemFirst) {
+    Desktop desktop;
+    auto const point = desktop.makeFolder("Backup disk");
+    // The session's bus stands for the system's, too.
+    Program program(desktop, {},
+                    {{"DBUS_SYSTEM_BUS_ADDRESS", desktop.environment().at("DBUS_SESSION_BUS_ADDRESS")}});
+    desktop.display().expectWindow("panel");
+    if (::mount("none", point.c_str(), "tmpfs", 0, "size=64k") != 0)
+        GTEST_SKIP() << "needs the right to mount";
+    std::ofstream(point / "saved.txt") << "text";
+
+    click(desktop, row(program, "Backup disk"));
+    program.tree().expect({}, QStringLiteral("saved.txt"));
+    click(desktop,
+          row(program, "Backup disk").expect(QStringLiteral("push button"), QStringLiteral("Eject")));
+    answer(desktop, program, QStringLiteral("Couldn't eject “Backup disk”"), "OK");
+    EXPECT_TRUE(waitUntilCurrent(program, QString::fromStdString(desktop.home().filename())));
+    EXPECT_TRUE(std::filesystem::exists(point / "saved.txt"));
+
+    QThread thread;
+    DiskService service(desktop.bus());
+    service.disks = {
+        {.name = QStringLiteral("sdb1"), .mountPoint = QByteArray::fromStdString(point), .label = {}}};
+    service.onUnmount = [&] { EXPECT_EQ(::umount(point.c_str()), 0); };
+    service.moveToThread(&thread);
+    thread.start();
+    chooseFromMenu(desktop, row(program, "Backup disk"));
+    EXPECT_TRUE(program.tree().waitUntilGone(QStringLiteral("push button"), QStringLiteral("Backup disk")));
+    EXPECT_FALSE(std::filesystem::exists(point / "saved.txt"));
+    thread.quit();
+    thread.wait();
+    if (::testing::Test::HasFailure())
+        ::umount2(point.c_str(), MNT_DETACH);
+}
+
+TEST(Sidebar, ShowsTheFilesUsedLast) {
+    Desktop desktop;
+    auto const use = [&](std::vector<std::string> const& names) {
+        std::string list = "<xbel>";
+        for (std::size_t i = 0; i < names.size(); ++i)
+            list += "<bookmark href=\"file://" + (desktop.home() / names[i]).string() +
+                    "\" modified=\"2026-01-0" + std::to_string(i + 1) + "T00:00:00Z\"/>";
+        auto const folder = desktop.environment().at("XDG_DATA_HOME");
+        std::filesystem::create_directories(folder);
+        std::ofstream(folder + "/recently-used.xbel") << list << "</xbel>";
+    };
+    for (auto const* name : {"notes/a.txt", "notes/b.txt", "c.txt"})
+        desktop.write(name);
+    use({"c.txt", "notes/a.txt"});
+    Program program(desktop);
+    desktop.display().expectWindow("panel");
+    click(desktop, row(program, "Recents"));
+
+    auto const listed = [&] {
+        std::vector<std::pair<int, std::string>> found;
+        for (auto const* name : {"a.txt", "b.txt", "c.txt"})
+            if (auto const item = program.tree().find({}, QString::fromUtf8(name)); item && item.isShowing())
+                found.emplace_back(item.place().y, name);
+        std::ranges::sort(found);
+        std::string names;
+        for (auto const& [y, name] : found)
+            names += name;
+        return names;
+    };
+    EXPECT_TRUE(waitFor([&] { return listed() == "a.txtc.txtb.txt"; })) << listed();
+    use({"c.txt", "notes/a.txt", "notes/b.txt"});
+    EXPECT_TRUE(waitFor([&] { return listed() == "b.txta.txtc.txt"; })) << listed();
+}
+
+} // namespace
+} // namespace taliro::testing
