@@ -11,6 +11,8 @@
 #include <QPushButton>
 #include <QTextBrowser>
 
+#include <gtest/gtest.h>
+
 namespace taliro::testing {
 namespace {
 
