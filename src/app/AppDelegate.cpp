@@ -17,8 +17,8 @@
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
 #include "platform/WindowManager.h"
+#include "preferences/PreferencesWindowController.h"
 #include "views/QuickLookWindow.h"
-
 
 namespace taliro {
 
@@ -33,6 +33,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     resetToFactoryDefaultsIfNeeded(m_platform.userDefaults,
                                    [] { KeyboardShortcuts::shared().reset({togglePicker()}); });
     Updater::shared();
+    AppCommands::shared().showPreferences = [this] { showPreferences(); };
     AppCommands::shared().checkForUpdates = [] { Updater::shared().checkForUpdates(); };
     QuickLookCoordinator::provide([this] {
         if (!m_quickLook)
@@ -140,6 +141,22 @@ void AppDelegate::toggle() {
         showPopover();
     else
         showPanel(m_statusItem->frame(), false);
+}
+
+void AppDelegate::showPreferences() {
+    auto& preferences = PreferencesWindowController::shared();
+    bool const isNew = !preferences.window();
+    preferences.show();
+    if (!isNew)
+        return;
+    m_mainMenu.attachTo(*preferences.window());
+    preferences.onClose = [this] {
+        // In a later turn, when the window is gone.
+        m_platform.mainQueue.async([guard = QPointer(this)] {
+            if (guard && guard->isPresentationVisible())
+                guard->present();
+        });
+    };
 }
 
 void AppDelegate::showMenu() {

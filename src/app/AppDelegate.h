@@ -70,6 +70,7 @@ private:
     void presentForDrag();
     void dismissAfterDrag();
     void toggle();
+    void showPreferences();
     void showMenu();
 
     RootView& rootView();

@@ -12,6 +12,7 @@
 #include "platform/Platform.h"
 #include "platform/PointerEvents.h"
 #include "platform/WindowManager.h"
+#include "preferences/PreferencesWindowController.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -140,13 +141,36 @@ void AppDelegate::removePopoverClickMonitor() {
     m_popoverGlobalClickMonitor.reset();
 }
 
+namespace {
+
+/// Menus, tooltips and dialogs of the popover count as the popover itself.
+bool belongsTo(QWindow const* window, QWindow const* owner) {
+    for (; window; window = window->transientParent())
+        if (window == owner)
+            return true;
+    return false;
+}
+
+QWidget* visiblePreferences() {
+    auto* window = PreferencesWindowController::shared().window();
+    return window && window->isVisible() ? window : nullptr;
+}
+
+/// Its frame belongs to the window manager, so presses on it come as those in other programs' windows.
+bool isOverPreferences(Point position) {
+    auto const* window = visiblePreferences();
+    return window && window->frameGeometry().contains(qRound(position.x), qRound(position.y));
+}
+
+} // namespace
+
 /// A press in another program's window.
 void AppDelegate::handleOutsideClick(Point position) {
     m_platform.mainQueue.async([guard = QPointer(this), position] {
         if (!guard || !guard->m_settings.closePopoverOnOutsideClick || !guard->m_popover->isVisible())
             return;
         // The status item belongs to the tray's program; its click toggles.
-        if (guard->m_statusItem->contains(position))
+        if (guard->m_statusItem->contains(position) || isOverPreferences(position))
             return;
         guard->m_popover->hide();
         guard->m_closedByClickAt = guard->m_platform.mainQueue.now();
@@ -167,22 +191,13 @@ bool AppDelegate::eventFilter(QObject* watched, QEvent* event) {
     return false;
 }
 
-namespace {
-
-/// Menus, tooltips and dialogs of the popover count as the popover itself.
-bool belongsTo(QWindow const* window, QWindow const* owner) {
-    for (; window; window = window->transientParent())
-        if (window == owner)
-            return true;
-    return false;
-}
-
-} // namespace
-
 void AppDelegate::handlePopoverClick(QWindow* window, QPoint globalPosition) {
     if (!m_settings.closePopoverOnOutsideClick || belongsTo(window, m_popover->windowHandle()))
         return;
     if (QApplication::activePopupWidget() || QApplication::activeModalWidget())
+        return;
+    if (auto const* preferences = visiblePreferences();
+        preferences && belongsTo(window, preferences->windowHandle()))
         return;
     if (m_statusItem->contains(
             {static_cast<double>(globalPosition.x()), static_cast<double>(globalPosition.y())}))

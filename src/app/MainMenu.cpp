@@ -62,12 +62,9 @@ MainMenu::MainMenu(std::function<void()> hide)
     addEdit(tr("Copy"), {Qt::Key_C}, "copy");
     addEdit(tr("Paste"), {Qt::Key_V}, "paste");
     addEdit(tr("Select All"), {Qt::Key_A}, "selectAll");
-    // In the menus of the status item and the title only; its key works everywhere.
-    auto* preferences = new QAction(tr("Preferences…"), this);
-    preferences->setShortcuts(withCommand({Qt::Key_Comma}));
-    preferences->setEnabled(static_cast<bool>(AppCommands::shared().showPreferences));
-    connect(preferences, &QAction::triggered, this, [] { AppCommands::shared().showPreferences(); });
-    m_actions.push_back(preferences);
+    m_preferences = std::make_unique<QAction>(tr("Preferences…"));
+    m_preferences->setShortcuts(withCommand({Qt::Key_Comma}));
+    connect(m_preferences.get(), &QAction::triggered, this, [] { AppCommands::shared().showPreferences(); });
     connect(qApp, &QApplication::focusChanged, this, &MainMenu::followFocus);
     followFocus();
 }
@@ -98,6 +95,7 @@ void MainMenu::followFocus() {
 void MainMenu::attachTo(QWidget& window) {
     for (auto* action : m_actions)
         window.addAction(action);
+    window.addAction(m_preferences.get());
 }
 
 QMenuBar* MainMenu::makeBar(QWidget* parent) {

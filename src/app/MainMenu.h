@@ -37,6 +37,7 @@ private:
 
     std::unique_ptr<QMenu> m_application;
     std::unique_ptr<QMenu> m_edit;
+    std::unique_ptr<QAction> m_preferences; ///< in other menus than these, but with its key in every window
     std::vector<QAction*> m_actions;
     std::vector<QAction*> m_editActions;
 };

@@ -56,6 +56,8 @@ void TitlebarMenu::addOverflowMenu() {
     menu->addSeparator();
     add("power", tr("Quit Taliro"), QKeySequence(Qt::CTRL | Qt::Key_Q), commands.quit);
     m_overflow->setMenu(menu);
+    // The keys are shown here and work through the main menu; in both places, they would in neither.
+    m_overflow->removeAction(menu->menuAction());
 }
 
 } // namespace taliro

@@ -21,6 +21,8 @@ public:
         m_server.listen(QHostAddress::LocalHost);
         connect(&m_server, &QTcpServer::newConnection, this, [this] { accept(); });
     }
+    /// Connections that the other side hasn't closed.
+    int open() const { return static_cast<int>(m_server.findChildren<QTcpSocket*>().size()); }
     std::string address(std::string const& path) const {
         return "http://127.0.0.1:" + std::to_string(m_server.serverPort()) + path;
     }

@@ -72,7 +72,7 @@ void QtSoftwareUpdate::check(bool asked) {
     if (!m_network)
         m_network = std::make_unique<QNetworkAccessManager>();
     if (asked)
-        window().showChecking();
+        showChecking();
     QNetworkRequest request(address);
     request.setTransferTimeout(timeoutMilliseconds);
     request.setMaximumRedirectsAllowed(5);
@@ -89,6 +89,15 @@ void QtSoftwareUpdate::check(bool asked) {
         if (m_reply == reply)
             finish(*reply, asked);
     });
+}
+
+void QtSoftwareUpdate::showChecking() {
+    window().onCancel = [this] {
+        if (m_reply)
+            std::exchange(m_reply, nullptr)->abort();
+        scheduleNext();
+    };
+    window().showChecking();
 }
 
 void QtSoftwareUpdate::finish(QNetworkReply& reply, bool asked) {

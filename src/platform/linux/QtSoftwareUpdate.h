@@ -34,6 +34,7 @@ private:
     void scheduleNext();
     void check(bool asked);
     void finish(QNetworkReply& reply, bool asked);
+    void showChecking();
     void tell(Release const& release);
     void say(QString const& title, QString const& text);
     UpdateWindow& window();

@@ -27,6 +27,7 @@ public:
 
 UpdateWindow::UpdateWindow() {
     setWindowTitle(tr("Software Update"));
+    setWindowRole(QStringLiteral("update"));
     setWindowFlags(Qt::Dialog | Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint);
     m_title = new QLabel(this);
     auto headline = m_title->font();
@@ -38,6 +39,7 @@ UpdateWindow::UpdateWindow() {
     m_progress = new QProgressBar(this);
     m_progress->setRange(0, 0);
     m_progress->setTextVisible(false);
+    m_progress->setAccessibleName(tr("Checking for updates…"));
     m_notes = new NotesBrowser(this);
     m_notes->setAccessibleName(tr("What is new"));
     m_notes->setOpenLinks(false);
@@ -73,6 +75,12 @@ UpdateWindow::UpdateWindow() {
     });
 }
 
+/// What Return presses, and what stands out for it.
+void UpdateWindow::setDefault(QPushButton* button) {
+    for (auto* one : {m_skip, m_later, m_open})
+        one->setDefault(one == button);
+}
+
 void UpdateWindow::present(QString const& title, QString const& text) {
     m_title->setText(title);
     m_text->setText(text);
@@ -89,6 +97,7 @@ void UpdateWindow::showChecking() {
     m_skip->hide();
     m_open->hide();
     m_later->setText(tr("Cancel"));
+    setDefault(nullptr);
     present(tr("Checking for updates…"), {});
 }
 
@@ -98,7 +107,7 @@ void UpdateWindow::showMessage(QString const& title, QString const& text) {
     m_skip->hide();
     m_open->hide();
     m_later->setText(tr("OK"));
-    m_later->setDefault(true);
+    setDefault(m_later);
     present(title, text);
 }
 
@@ -108,9 +117,15 @@ void UpdateWindow::showRelease(Release const& release, QString const& installed)
     m_notes->setVisible(!m_notes->toPlainText().trimmed().isEmpty());
     m_skip->show();
     m_open->show();
-    m_open->setDefault(true);
+    setDefault(m_open);
     m_later->setText(tr("Later"));
     present(tr("Taliro %1 is available").arg(release.version), tr("You have %1.").arg(installed));
+}
+
+void UpdateWindow::closeEvent(QCloseEvent* event) {
+    if (!m_progress->isHidden() && onCancel)
+        onCancel();
+    QWidget::closeEvent(event);
 }
 
 void UpdateWindow::keyPressEvent(QKeyEvent* event) {

@@ -24,13 +24,16 @@ public:
     void showMessage(QString const& title, QString const& text);
     void showRelease(Release const& release, QString const& installed);
 
+    std::function<void()> onCancel; ///< closed while checking
     std::function<void()> onOpenPage;
     std::function<void()> onSkip;
 
 protected:
+    void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void setDefault(QPushButton* button);
     void present(QString const& title, QString const& text);
 
     QLabel* m_title;

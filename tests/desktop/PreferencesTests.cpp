@@ -1,0 +1,141 @@
+// The preferences window.
+
+#include "desktop/Desktop.h"
+
+#include <gtest/gtest.h>
+
+namespace taliro::testing {
+namespace {
+
+using State = Accessible::State;
+
+std::string storedDefaults(Desktop& desktop) {
+    return contentsOf(desktop.environment().at("XDG_CONFIG_HOME") + "/taliro/defaults.plist");
+}
+
+bool stores(Desktop& desktop, std::string const& key, bool value) {
+    return waitFor([&] {
+        auto const text = storedDefaults(desktop);
+        auto const at = text.find("<key>" + key + "</key>");
+        auto const word = text.find('<', at + key.size() + 11);
+        return at != std::string::npos && word != std::string::npos &&
+               text.compare(word, 6, value ? "<true/" : "<false") == 0;
+    });
+}
+
+void click(Desktop& desktop, Accessible const& control) {
+    auto const place = control.place();
+    desktop.display().click(place.midX(), place.midY());
+}
+
+TEST(Preferences, EditSettingsAndFollowThem) {
+    Desktop desktop({.tray = true});
+    Program program(desktop, {});
+    auto& display = desktop.display();
+    display.expectWindow("panel");
+    program.tree().expect("push button", "Show as Menu Bar Popover").act();
+    display.expectWindow("popover");
+    EXPECT_TRUE(waitFor([&] { return display.focused() == display.window("popover")->id; }));
+    display.key("Control+comma");
+    auto const window = display.expectWindow("preferences");
+    EXPECT_EQ(window.name, "Taliro Preferences");
+    EXPECT_TRUE(waitFor([&] { return display.focused() == window.id; }));
+
+    auto const icon = program.tree().expect("check box", "Show icon in menu bar");
+    auto const help = QStringLiteral("Open Taliro from Finder to reach Preferences again.");
+    EXPECT_TRUE(icon.has(State::checked));
+    EXPECT_FALSE(program.tree().find("label", help).isShowing());
+    click(desktop, icon);
+    program.tree().expect("label", help);
+    EXPECT_TRUE(stores(desktop, "showMenuBarIcon", false));
+    EXPECT_TRUE(stores(desktop, "popoverMode", false)) << "a popover needs the icon";
+    display.expectWindow("panel");
+
+    program.tree().expect("push button", "Show as Menu Bar Popover").act();
+    EXPECT_TRUE(waitFor([&] { return icon.has(State::checked); })) << "the switch follows";
+    EXPECT_TRUE(program.tree().waitUntilGone("label", help));
+}
+
+TEST(Preferences, KeepTheirTabAndStayInFront) {
+    Desktop desktop;
+    Program program(desktop);
+    auto& display = desktop.display();
+    auto const panel = display.expectWindow("panel");
+    EXPECT_TRUE(waitFor([&] { return display.focused() == panel.id; }));
+    display.key("Super+comma");
+    auto const window = display.expectWindow("preferences");
+    EXPECT_TRUE(waitFor([&] { return display.focused() == window.id; }));
+    click(desktop, program.tree().expect("radio button", "Advanced"));
+    program.tree().expect("check box", "Sync Favorites with Finder");
+
+    display.click(panel.place.x + 60, panel.place.maxY() - 8);
+    EXPECT_TRUE(waitFor([&] { return display.focused() == panel.id; }));
+    auto const all = display.windows();
+    EXPECT_LT(std::ranges::find(all, "panel", &WindowInfo::role),
+              std::ranges::find(all, "preferences", &WindowInfo::role));
+
+    display.key("Control+comma");
+    EXPECT_TRUE(waitFor([&] { return display.focused() == window.id; }));
+    display.key("Escape");
+    EXPECT_TRUE(display.waitUntilGone("preferences"));
+    EXPECT_TRUE(waitFor([&] { return display.focused() == panel.id; }));
+    display.key("Control+comma");
+    display.expectWindow("preferences");
+    program.tree().expect("check box", "Sync Favorites with Finder");
+    display.key("Control+q");
+    EXPECT_EQ(program.process().waitForExit(), 0);
+}
+
+TEST(Preferences, ClicksInThemKeepThePopoverOpen) {
+    Desktop desktop({.tray = true});
+    Program program(desktop);
+    auto& display = desktop.display();
+    display.expectWindow("panel");
+    program.tree().expect("push button", "Show as Menu Bar Popover").act();
+    auto const popover = display.expectWindow("popover");
+    EXPECT_TRUE(waitFor([&] { return display.focused() == popover.id; }));
+    display.key("Control+comma");
+    auto const window = display.expectWindow("preferences");
+    EXPECT_TRUE(waitFor([&] { return display.focused() == window.id; }));
+    click(desktop, program.tree().expect("radio button", "Appearance"));
+    // On the frame, too, which is the window manager's.
+    display.drag(window.place.x + 60, window.place.y - 8, window.place.x + 90, window.place.y + 22);
+    EXPECT_TRUE(waitFor([&] { return display.window("preferences")->place.x == window.place.x + 30; }));
+    EXPECT_TRUE(display.window("popover"));
+
+    auto const closes = program.tree().expect("check box", "Close on click outside");
+    click(desktop, closes);
+    EXPECT_TRUE(stores(desktop, "closePopoverOnOutsideClick", false));
+    click(desktop, closes);
+    EXPECT_TRUE(stores(desktop, "closePopoverOnOutsideClick", true));
+    EXPECT_TRUE(display.window("popover"));
+    display.click(20, 780);
+    EXPECT_TRUE(display.waitUntilGone("popover"));
+}
+
+TEST(Preferences, RecordAShortcutThatWorksAtOnce) {
+    Desktop desktop;
+    Program program(desktop);
+    auto& display = desktop.display();
+    auto const panel = display.expectWindow("panel");
+    EXPECT_TRUE(waitFor([&] { return display.focused() == panel.id; }));
+    display.key("Control+comma");
+    display.expectWindow("preferences");
+    auto const recorder = program.tree().expect("", "Keyboard shortcut");
+    EXPECT_FALSE(program.tree().find("push button", "Reset to Default").isShowing());
+    click(desktop, recorder);
+    EXPECT_TRUE(waitFor([&] { return recorder.has(State::focused); }));
+    display.key("Control+Alt+k");
+    auto const reset = program.tree().expect("push button", "Reset to Default");
+    EXPECT_TRUE(waitFor([&] { return recorder.text() == "⌃⌥K"; })) << recorder.text().toStdString();
+    display.key("Control+Alt+k");
+    EXPECT_TRUE(display.waitUntilGone("panel"));
+
+    click(desktop, reset);
+    EXPECT_TRUE(program.tree().waitUntilGone("push button", "Reset to Default"));
+    display.key("Control+Alt+Super+p");
+    display.expectWindow("panel");
+}
+
+} // namespace
+} // namespace taliro::testing
