@@ -8,8 +8,6 @@ namespace taliro::bench {
 
 namespace {
 
-constexpr int rounds = 11;
-
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
 double median(std::vector<double> values) {
@@ -24,7 +22,8 @@ void printTableHead() {
     std::printf("%-44s %-34s %10s %10s %7s\n", "task", "peer", "ours ms", "theirs ms", "ratio");
 }
 
-bool compare(std::string const& task, Contender const& ours, std::vector<Contender> const& peers) {
+bool compare(std::string const& task, Contender const& ours, std::vector<Contender> const& peers,
+             int rounds) {
     std::vector<Contender const*> all{&ours};
     for (auto const& peer : peers)
         all.push_back(&peer);

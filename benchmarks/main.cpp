@@ -5,9 +5,9 @@
 #include "platform/linux/LinuxPlatform.h"
 #include "support/TemporaryFolder.h"
 
+#include <QGuiApplication>
 #include <algorithm>
 #include <functional>
-#include <QGuiApplication>
 
 #include <clocale>
 
@@ -26,6 +26,7 @@ int main(int argc, char** argv) {
     Platform::install(services.platform);
 
     bench::printTableHead();
-    bool const measured[]{bench::measureListing(), bench::measureHotkey(), bench::measureThumbnails()};
+    bool const measured[]{bench::measureCopying(), bench::measureHotkey(), bench::measureListing(),
+                          bench::measureRecentFiles(), bench::measureThumbnails()};
     return std::ranges::all_of(measured, std::identity{}) ? 0 : 1;
 }

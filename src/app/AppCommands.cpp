@@ -5,7 +5,8 @@
 namespace taliro {
 
 AppCommands& AppCommands::shared() {
-    static AppCommands commands{nullptr, nullptr, [] { QCoreApplication::quit(); }};
+    // Not `quit`, which asks every window to close first: ours only hide, and so would stop it.
+    static AppCommands commands{nullptr, nullptr, [] { QCoreApplication::exit(); }};
     return commands;
 }
 

@@ -20,7 +20,6 @@
 #include "preferences/PreferencesWindowController.h"
 #include "views/QuickLookWindow.h"
 
-
 namespace taliro {
 
 AppDelegate::AppDelegate(Platform& platform, AppSettings& settings, BrowserState& browser)
@@ -148,8 +147,16 @@ void AppDelegate::showPreferences() {
     auto& preferences = PreferencesWindowController::shared();
     bool const isNew = !preferences.window();
     preferences.show();
-    if (isNew)
-        m_mainMenu.attachTo(*preferences.window());
+    if (!isNew)
+        return;
+    m_mainMenu.attachTo(*preferences.window());
+    preferences.onClose = [this] {
+        // In a later turn, when the window is gone.
+        m_platform.mainQueue.async([guard = QPointer(this)] {
+            if (guard && guard->isPresentationVisible())
+                guard->present();
+        });
+    };
 }
 
 void AppDelegate::showMenu() {

@@ -51,7 +51,7 @@ class PreviewService {
 public:
     virtual ~PreviewService() = default;
 
-    /// Judged by the name, without reading the file.
+    /// Judged by the name, without reading the file; `text` also where the name says nothing.
     virtual PreviewKind previewKind(Url const& item, bool isDirectory) = 0;
     /// Nothing where the page can't be drawn. An image is never enlarged beyond its own size.
     [[nodiscard]] virtual Subscription page(PageRequest request,

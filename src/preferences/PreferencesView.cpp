@@ -139,9 +139,10 @@ QWidget* PreferencesView::makeAdvanced() {
 QWidget* PreferencesView::makeSidebarSection() {
     auto* sidebar = new FormSection(tr("Sidebar"), this);
     sidebar->addSwitch(tr("Sync Favorites with Finder"), m_favorites.syncWithFinder, [this](bool on) {
-        m_favorites.setSyncWithFinder(on);
-        if (!on)
-            m_favorites.finderAccessDenied = false;
+        if (on)
+            m_favorites.setSyncWithFinder(true);
+        else
+            FinderSync::turnOff(m_favorites);
     });
     sidebar->addHelp(tr("Reads your Finder sidebar favorites from ~/Library/Application "
                         "Support/com.apple.sharedfilelist. This is a macOS-protected path, so Taliro must be "

@@ -10,6 +10,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScreen>
@@ -28,14 +29,22 @@ public:
     PreferencesWindow() : QWidget(nullptr, dialogFlags) {
         setWindowTitle(QStringLiteral("Taliro Preferences"));
         setWindowRole(QStringLiteral("preferences"));
-        setFocusPolicy(Qt::ClickFocus); // No control has the keyboard until one is chosen.
+        setFocusPolicy(Qt::ClickFocus);
         auto* close = new QAction(this);
         close->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_W), QKeySequence(Qt::META | Qt::Key_W)});
         connect(close, &QAction::triggered, this, &QWidget::close);
         addAction(close);
     }
 
+    std::function<void()> onClose;
+
 protected:
+    void closeEvent(QCloseEvent* event) override {
+        bool const hadKeyboard = isActiveWindow();
+        QWidget::closeEvent(event);
+        if (hadKeyboard && onClose)
+            onClose();
+    }
     void keyPressEvent(QKeyEvent* event) override {
         if (event->key() == Qt::Key_Escape)
             close();
@@ -55,6 +64,10 @@ PreferencesWindowController& PreferencesWindowController::shared() {
 QWidget* PreferencesWindowController::makeWindow() {
     auto& selection = PreferencesTabSelection::shared();
     auto* window = new PreferencesWindow;
+    window->onClose = [this] {
+        if (onClose)
+            onClose();
+    };
     auto* column = new QVBoxLayout(window);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
@@ -76,6 +89,8 @@ void PreferencesWindowController::show() {
     auto& desktop = Platform::current().windowManager;
     desktop.floatEverywhere(m_window->winId(), WindowManager::Taskbar::skipped);
     m_window->show();
+    if (!m_window->focusWidget())
+        m_window->setFocus(); // No control has the keyboard until one is chosen.
     m_window->raise();
     m_window->activateWindow();
     desktop.focus(m_window->winId());

@@ -3,6 +3,8 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <functional>
+
 namespace taliro {
 
 /// The one preferences window: made when first shown, only hidden when closed.
@@ -14,6 +16,8 @@ public:
     void show();
     /// Null until first shown.
     QWidget* window() const { return m_window; }
+    /// Called when the window is closed while it has the keyboard.
+    std::function<void()> onClose;
 
 private:
     PreferencesWindowController() = default;

@@ -81,7 +81,10 @@ void FinderSync::promptForFullDiskAccess(Platform& platform) {
 }
 
 void FinderSync::openFullDiskAccessSettings(Platform& platform) {
-    platform.workspace.openPrivacySettings();
+    if (!platform.workspace.openPrivacySettings())
+        platform.alerts.warn("This desktop has no settings page for file access",
+                             "Taliro shows the favorites of your file manager as soon as there are some that "
+                             "it can read.");
 }
 
 } // namespace taliro

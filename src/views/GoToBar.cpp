@@ -3,10 +3,12 @@
 #include "foundation/Text.h"
 #include "views/Drawing.h"
 #include "views/PushButton.h"
+#include "views/Shadow.h"
 #include "views/Symbols.h"
 #include "views/Theme.h"
 #include "views/ToolButton.h"
 
+#include <QApplication>
 #include <QGraphicsOpacityEffect>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -28,6 +30,11 @@ namespace {
 constexpr int rowHeight = 26;
 constexpr int widest = 560;
 constexpr int margin = 12;
+constexpr int padding = 8;
+constexpr int cornerRadius = 10;
+constexpr Shadow shadow{.opacity = .2, .blur = 14, .offset = 5};
+constexpr QMargins shadowReach(shadow.blur, shadow.blur - shadow.offset, shadow.blur,
+                               shadow.blur + shadow.offset);
 constexpr int fadeMilliseconds = 150;
 
 /// A folder symbol and its path; the highlighted row in the accent colour.
@@ -81,7 +88,6 @@ GoToBar::GoToBar(GoToPath& path, QWidget* parent) : QFrame(parent), m_path(path)
     setVisible(false);
     buildRows();
     parent->installEventFilter(this);
-    m_field->installEventFilter(this);
 
     m_subscriptions.push_back(m_path.isOpen.observe([this](bool open) { setOpen(open); }));
     m_subscriptions.push_back(m_path.text.observe([this](std::string const& text) {
@@ -96,7 +102,7 @@ GoToBar::GoToBar(GoToPath& path, QWidget* parent) : QFrame(parent), m_path(path)
 
 void GoToBar::buildRows() {
     auto* rows = new QVBoxLayout(this);
-    rows->setContentsMargins(8, 8, 8, 8);
+    rows->setContentsMargins(shadowReach + padding);
     rows->setSpacing(6);
     auto* bar = new QHBoxLayout;
     bar->setSpacing(8);
@@ -171,13 +177,15 @@ void GoToBar::setOpen(bool open) {
         show();
         raise();
         fade(true);
+        qApp->installEventFilter(this);
         // In the next turn: what opened the bar has its own say about the focus first.
         QTimer::singleShot(0, this, [this] {
             m_field->setFocus();
             m_field->end(false);
         });
     } else if (isVisible()) {
-        bool const hadFocus = isAncestorOf(focusWidget()) || m_field->hasFocus();
+        bool const hadFocus = isAncestorOf(QApplication::focusWidget());
+        qApp->removeEventFilter(this);
         fade(false);
         if (hadFocus)
             parentWidget()->setFocus();
@@ -222,21 +230,31 @@ void GoToBar::place() {
     auto const available = parentWidget()->size();
     int const width = std::min(widest, available.width() - 2 * margin);
     layout()->activate();
-    resize(width, sizeHint().height());
-    move((available.width() - width) / 2, margin);
+    resize(width + shadowReach.left() + shadowReach.right(), sizeHint().height());
+    move((available.width() - width) / 2 - shadowReach.left(), margin - shadowReach.top());
 }
 
-bool GoToBar::handleKey(int key) {
+/// Keys that go through the suggestions, wherever in the window the keyboard is.
+bool GoToBar::moveThroughSuggestions(int key) {
     switch (key) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (!m_path.pressReturn())
-            m_path.commit();
-        return true;
+        return m_path.pressReturn();
     case Qt::Key_Down:
         return m_path.pressDown();
     case Qt::Key_Up:
         return m_path.pressUp();
+    default:
+        return false;
+    }
+}
+
+bool GoToBar::handleFieldKey(int key) {
+    switch (key) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        m_path.commit();
+        return true;
     case Qt::Key_Escape:
         m_path.close();
         return true;
@@ -251,17 +269,20 @@ bool GoToBar::eventFilter(QObject* watched, QEvent* event) {
     if (watched == m_field && event->type() == QEvent::ShortcutOverride &&
         static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
         event->accept(); // Escape closes the bar, not what it lies in.
-    if (watched == m_field && event->type() == QEvent::KeyPress &&
-        handleKey(static_cast<QKeyEvent*>(event)->key()))
-        return true;
+    if (event->type() == QEvent::KeyPress && watched == window()->focusWidget()) {
+        int const key = static_cast<QKeyEvent*>(event)->key();
+        if (moveThroughSuggestions(key) || (watched == m_field && handleFieldKey(key)))
+            return true;
+    }
     return QFrame::eventFilter(watched, event);
 }
 
 void GoToBar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    auto const box = QRectF(rect());
-    fillRounded(painter, box, 10, colors().window);
-    strokeRounded(painter, box, 10, colors().controlBorder);
+    auto const card = QRectF(rect().marginsRemoved(shadowReach));
+    drawShadow(painter, card, cornerRadius, shadow);
+    fillRounded(painter, card, cornerRadius, colors().window);
+    strokeRounded(painter, card, cornerRadius, colors().controlBorder);
     if (m_divider->isVisible())
         painter.fillRect(m_divider->geometry(), colors().line);
 }

@@ -36,7 +36,8 @@ private:
     void showSuggestions(std::vector<Url> const& suggestions);
     void highlight(std::optional<std::size_t> index);
     void place();
-    bool handleKey(int key);
+    bool moveThroughSuggestions(int key);
+    bool handleFieldKey(int key);
 
     GoToPath& m_path;
     QLineEdit* m_field = nullptr;

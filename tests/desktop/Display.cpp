@@ -217,34 +217,6 @@ void Display::drag(int fromX, int fromY, int toX, int toY) {
     button(1, false);
 }
 
-void Display::dragWindow(std::string_view role, int fromX, int fromY, int byX, int byY) {
-    auto const place = [&] {
-        auto const found = window(role);
-        return found ? found->place : Place{};
-    };
-    auto const before = place();
-    move(fromX, fromY);
-    button(1, true);
-    bool there = false;
-    bool const follows = waitFor([&] {
-        // Until it follows: one step and back.
-        there = !there;
-        move(fromX + (there ? byX / 2 : 0), fromY + (there ? byY / 2 : 0));
-        return place() != before;
-    });
-    EXPECT_TRUE(follows) << "the window does not follow the pointer";
-    auto const isThere = [&] {
-        // A step that came while the window manager took over is lost: take it again.
-        move(fromX + byX - 1, fromY + byY - 1);
-        move(fromX + byX, fromY + byY);
-        auto const now = place();
-        return std::abs(now.x - before.x) + std::abs(now.width - before.width) == std::abs(byX) &&
-               std::abs(now.y - before.y) + std::abs(now.height - before.height) == std::abs(byY);
-    };
-    EXPECT_TRUE(waitFor(isThere)) << "the window is at " << place() << ", it was at " << before;
-    button(1, false);
-}
-
 ForeignWindow::ForeignWindow(std::string const& display, Place const& place)
     : m_connection(xcb_connect(display.c_str(), nullptr)) {
     auto const* screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;

@@ -72,9 +72,6 @@ public:
     void click(int x, int y, int button = 1, int times = 1);
     /// With the left button held, in steps small enough for a program to follow.
     void drag(int fromX, int fromY, int toX, int toY);
-    /// The same, where the window manager moves or resizes the window: it is given time to take over, and
-    /// lets go when the window is where the pointer took it.
-    void dragWindow(std::string_view role, int fromX, int fromY, int byX, int byY);
 
 private:
     void collect(xcb_window_t window, bool isManaged, std::vector<WindowInfo>& found);

@@ -82,6 +82,8 @@ TEST(Preferences, KeepTheirTabAndStayInFront) {
     display.key("Control+comma");
     display.expectWindow("preferences");
     program.tree().expect("check box", "Sync Favorites with Finder");
+    display.key("Control+q");
+    EXPECT_EQ(program.process().waitForExit(), 0);
 }
 
 TEST(Preferences, ClicksInThemKeepThePopoverOpen) {

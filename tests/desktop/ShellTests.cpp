@@ -189,7 +189,8 @@ TEST(Popover, HandlesStoreTheSizeWithinItsLimits) {
     EXPECT_TRUE(waitFor([&] {
         return storesReal(desktop, "popoverWidth", "780") && storesReal(desktop, "popoverHeight", "500");
     })) << storedDefaults(desktop);
-    EXPECT_TRUE(waitFor([&] { return display.window("popover")->place.width == 780; }));
+    EXPECT_TRUE(waitFor([&] { return display.window("popover")->place.width == 780; }))
+        << display.window("popover")->place;
     place = display.window("popover")->place;
     display.drag(place.maxX() - 12, place.maxY() - 12, place.x + 20, place.y + 60);
     EXPECT_TRUE(waitFor([&] {
@@ -205,12 +206,15 @@ TEST(Panel, RemembersItsFrame) {
         Program program(desktop);
         auto& display = desktop.display();
         auto const before = display.expectWindow("panel").place;
-        display.dragWindow("panel", before.midX(), before.y + 10, -90, 60);
-        auto const place = display.window("panel")->place;
-        EXPECT_EQ(place, (Place{before.x - 90, before.y + 60, before.width, before.height}));
-        display.dragWindow("panel", place.maxX() - 2, place.midY(), 60, 0);
-        moved = display.window("panel")->place;
-        EXPECT_EQ(moved, (Place{place.x, place.y, place.width + 60, place.height}));
+        auto const becomes = [&](Place const& wanted) {
+            return waitFor([&] { return display.window("panel")->place == wanted; });
+        };
+        Place const there{before.x - 90, before.y + 60, before.width, before.height};
+        display.drag(before.midX(), before.y + 10, before.midX() - 90, before.y + 70);
+        EXPECT_TRUE(becomes(there)) << display.window("panel")->place;
+        moved = {there.x, there.y, there.width + 60, there.height};
+        display.drag(there.maxX() - 2, there.midY(), there.maxX() + 58, there.midY());
+        EXPECT_TRUE(becomes(moved)) << display.window("panel")->place;
         auto const text = std::to_string(moved.x) + ' ' + std::to_string(moved.y) + ' ' +
                           std::to_string(moved.width) + ' ' + std::to_string(moved.height);
         EXPECT_TRUE(waitFor([&] { return storedDefaults(desktop).find(text) != std::string::npos; }))

@@ -3,11 +3,15 @@
 #include "support/HttpServer.h"
 #include "support/WaitUntil.h"
 
+#include <gtest/gtest.h>
+
 #include <QApplication>
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
 #include <QTextBrowser>
+
+#include <gtest/gtest.h>
 
 namespace taliro::testing {
 namespace {
