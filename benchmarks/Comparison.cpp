@@ -8,8 +8,6 @@ namespace taliro::bench {
 
 namespace {
 
-constexpr int rounds = 11;
-
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
 double median(std::vector<double> values) {
@@ -24,15 +22,20 @@ void printTableHead() {
     std::printf("%-44s %-34s %10s %10s %7s\n", "task", "peer", "ours ms", "theirs ms", "ratio");
 }
 
-bool compare(std::string const& task, Contender const& ours, std::vector<Contender> const& peers) {
+bool compare(std::string const& task, Contender const& ours, std::vector<Contender> const& peers,
+             int rounds) {
     std::vector<Contender const*> all{&ours};
     for (auto const& peer : peers)
         all.push_back(&peer);
 
     std::vector<std::vector<double>> times(all.size());
+    if (ours.prepare)
+        ours.prepare();
     auto const expected = ours.run(); // Also warms what everybody finds warm.
     for (int round = 0; round < rounds; ++round)
         for (std::size_t i = 0; i < all.size(); ++i) {
+            if (all[i]->prepare)
+                all[i]->prepare();
             auto const start = std::chrono::steady_clock::now();
             auto const done = all[i]->run();
             times[i].push_back(Milliseconds(std::chrono::steady_clock::now() - start).count());

@@ -10,17 +10,22 @@ namespace taliro::bench {
 struct Contender {
     std::string name;
     std::function<std::size_t()> run;
+    std::function<void()> prepare = {}; ///< before each run, not counted
 };
 
 /// Lets all take turns, so that whatever else the machine does hits each alike, and prints a row of the
 /// table for every peer: the medians of ours and theirs, and how many times ours theirs is.
 /// False, with a line on standard error, where they did not do the same.
 [[nodiscard]] bool compare(std::string const& task, Contender const& ours,
-                           std::vector<Contender> const& peers);
+                           std::vector<Contender> const& peers, int rounds = 11);
 
 void printTableHead();
 
 // Each measures one subject; false where something went wrong.
+[[nodiscard]] bool measureCopying();
+[[nodiscard]] bool measureHotkey();
 [[nodiscard]] bool measureListing();
+[[nodiscard]] bool measureRecentFiles();
+[[nodiscard]] bool measureThumbnails();
 
 } // namespace taliro::bench

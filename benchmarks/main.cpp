@@ -6,6 +6,8 @@
 #include "support/TemporaryFolder.h"
 
 #include <QGuiApplication>
+#include <algorithm>
+#include <functional>
 
 #include <clocale>
 
@@ -24,5 +26,7 @@ int main(int argc, char** argv) {
     Platform::install(services.platform);
 
     bench::printTableHead();
-    return bench::measureListing() ? 0 : 1;
+    bool const measured[]{bench::measureCopying(), bench::measureHotkey(), bench::measureListing(),
+                          bench::measureRecentFiles(), bench::measureThumbnails()};
+    return std::ranges::all_of(measured, std::identity{}) ? 0 : 1;
 }

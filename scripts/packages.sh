@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that a purpose needs and that are missing.
-#   scripts/packages.sh build|run|virtual|test…
+#   scripts/packages.sh build|run|virtual|test|bench…
 #   scripts/packages.sh --list build|run|…      prints their names instead
 set -euo pipefail
 
@@ -15,6 +15,8 @@ packages_for() {
     virtual) echo "xvfb openbox tint2 xdotool imagemagick x11-xserver-utils" ;;
     test) echo "xvfb openbox tint2 xdotool imagemagick xauth dbus at-spi2-core x11-utils x11-xserver-utils
         desktop-file-utils appstream xkb-data x11-xkb-utils" ;;
+    # What the benchmarks are measured beside.
+    bench) echo "dbus tumbler" ;;
     *) echo "packages.sh: no purpose called $1" >&2 && return 2 ;;
     esac
 }

@@ -47,7 +47,17 @@ void AppDelegate::applicationDidFinishLaunching() {
     installShortcut();
     m_platform.openRequests.start([this](std::vector<Url> const& urls) { openURLs(urls); },
                                   [this] { applicationShouldHandleReopen(); });
-    present();
+    presentOnceItemIsPlaced();
+}
+
+/// A popover waits a moment for the tray to take its icon in, or it would jump.
+void AppDelegate::presentOnceItemIsPlaced() {
+    if (!m_settings.popoverMode || !m_settings.showMenuBarIcon || m_statusItem->frame()) {
+        present();
+        return;
+    }
+    using namespace std::chrono_literals;
+    m_firstPresentation = m_platform.mainQueue.after(500ms, [this] { present(); });
 }
 
 void AppDelegate::installStatusItem() {
@@ -56,6 +66,10 @@ void AppDelegate::installStatusItem() {
     m_statusItem->onRightClick = [this] { showMenu(); };
     m_statusItem->onDragEntered = [] { NotificationCenter::standard().post(statusItemFileDragEntered); };
     m_statusItem->onPlaced = [this] {
+        if (m_firstPresentation.isPending()) {
+            m_firstPresentation.cancel();
+            present();
+        }
         if (m_popover)
             m_popover->anchor(m_statusItem->frame());
     };

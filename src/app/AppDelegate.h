@@ -3,6 +3,7 @@
 #include "app/MainMenu.h"
 #include "foundation/Subscription.h"
 #include "foundation/Url.h"
+#include "foundation/WorkItem.h"
 #include "platform/Screens.h"
 #include "platform/StatusBar.h"
 
@@ -62,6 +63,7 @@ protected:
 
 private:
     void installStatusItem();
+    void presentOnceItemIsPlaced();
     void observeNotifications();
     void observeSettings();
     void installShortcut();
@@ -92,6 +94,7 @@ private:
     std::unique_ptr<QuickLookWindow> m_quickLook;
     std::vector<Subscription> m_cancellables;
     std::optional<Subscription> m_popoverGlobalClickMonitor;
+    WorkItem m_firstPresentation; ///< while it waits for the status item
     bool m_dragInFlight = false;
     std::chrono::milliseconds m_closedByClickAt{-1'000'000};
 };

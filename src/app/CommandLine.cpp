@@ -32,7 +32,8 @@ std::expected<CommandLine, std::string> CommandLine::parse(std::span<char const*
             else if (argument == "--version")
                 line.task = Task::version;
             else
-                return std::unexpected("unknown option " + std::string(argument) + "; --help tells what there is");
+                return std::unexpected("unknown option " + std::string(argument) +
+                                       "; --help tells what there is");
         } else if (argument.empty()) {
             return std::unexpected("a path is empty");
         } else {
@@ -44,7 +45,8 @@ std::expected<CommandLine, std::string> CommandLine::parse(std::span<char const*
 
 std::string_view CommandLine::helpText() {
     return "Usage: Taliro [PATH...]\n"
-           "Shows the file browser, at the given folders or files if there are any. Where Taliro runs already, it "
+           "Shows the file browser, at the given folders or files if there are any. Where Taliro runs "
+           "already, it "
            "shows them and this start ends.\n\n"
            "  -h, --help     show this text\n"
            "      --version  show the version\n";

@@ -16,8 +16,8 @@ struct CommandLine {
     Task task = Task::run;
     std::vector<Url> urls; ///< absolute
 
-    /// `arguments` without the program's name; relative paths are taken from `workingDirectory`. Fails with one line
-    /// for the user.
+    /// `arguments` without the program's name; relative paths are taken from `workingDirectory`. Fails with
+    /// one line for the user.
     static std::expected<CommandLine, std::string> parse(std::span<char const* const> arguments,
                                                          std::string_view workingDirectory);
     static std::string_view helpText();

@@ -1,5 +1,7 @@
 #include "app/EdgeGrips.h"
 
+#include "app/FloatingWindow.h"
+
 #include <QMouseEvent>
 #include <QWidget>
 #include <QWindow>
@@ -33,9 +35,10 @@ protected:
     void mousePressEvent(QMouseEvent* event) override {
         if (event->button() != Qt::LeftButton)
             return;
-        if (window()->windowHandle()->startSystemResize(m_edges))
+        if (!FloatingWindow::movesItself()) {
+            window()->windowHandle()->startSystemResize(m_edges);
             return;
-        // No window manager to do it.
+        }
         m_start = window()->geometry();
         m_pressedAt = event->globalPosition().toPoint();
     }

@@ -7,8 +7,8 @@ namespace taliro {
 namespace {
 
 void resetFavorites(UserDefaults& defaults) {
-    for (auto const* key :
-         {"syncFavoritesWithFinder", "userFavoriteBookmarks", "userFavoritesSeeded", "dismissedSyncSuggestion"})
+    for (auto const* key : {"syncFavoritesWithFinder", "userFavoriteBookmarks", "userFavoritesSeeded",
+                            "dismissedSyncSuggestion"})
         defaults.remove(key);
 }
 

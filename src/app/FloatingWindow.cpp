@@ -5,6 +5,7 @@
 #include "platform/Platform.h"
 #include "views/Theme.h"
 
+#include <QGuiApplication>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
@@ -85,6 +86,10 @@ FloatingWindow::FloatingWindow(Platform& platform, QString const& title)
         setFrame(kept);
     });
     layOut();
+}
+
+bool FloatingWindow::movesItself() {
+    return QGuiApplication::platformName() != QLatin1String("wayland");
 }
 
 QMargins FloatingWindow::margins() const {

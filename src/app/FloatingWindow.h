@@ -25,6 +25,9 @@ public:
     void setFrame(QRect const& frame);
     void setFrameLimits(QSize minimum, QSize maximum);
 
+    /// Whether windows can be placed by the program. If not, the desktop moves and resizes them on request.
+    static bool movesItself();
+
     /// Shows the window above the others; with the keyboard, if `focused`.
     void present(bool focused);
 

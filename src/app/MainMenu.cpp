@@ -62,7 +62,6 @@ MainMenu::MainMenu(std::function<void()> hide)
     addEdit(tr("Copy"), {Qt::Key_C}, "copy");
     addEdit(tr("Paste"), {Qt::Key_V}, "paste");
     addEdit(tr("Select All"), {Qt::Key_A}, "selectAll");
-
     m_preferences = std::make_unique<QAction>(tr("Preferences…"));
     m_preferences->setShortcuts(withCommand({Qt::Key_Comma}));
     connect(m_preferences.get(), &QAction::triggered, this, [] { AppCommands::shared().showPreferences(); });

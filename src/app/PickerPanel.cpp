@@ -29,6 +29,8 @@ constexpr char frameKey[] = "TaliroPanel";
 /// While a window is dragged about, its frame is not stored at every step.
 constexpr auto saveDelay = 200ms;
 constexpr int titleBarHeight = 24;
+/// With the thin strip at the browser's top.
+constexpr int titleHeight = 31;
 
 QRect toQRect(Rect const& rect) {
     return {static_cast<int>(std::lround(rect.x)), static_cast<int>(std::lround(rect.y)),
@@ -153,10 +155,23 @@ void PickerPanel::saveFrame() {
         platform().userDefaults.setString(frameKey, text);
 }
 
-/// A press that nothing in the title strip took moves the window.
+/// A press that nothing in the title strip took.
 void PickerPanel::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton && event->position().y() < surface().top() + titleBarHeight)
+    if (event->button() != Qt::LeftButton || event->position().y() >= surface().top() + titleHeight)
+        return;
+    if (!movesItself())
         windowHandle()->startSystemMove();
+    else
+        m_heldAt = event->globalPosition().toPoint() - frame().topLeft();
+}
+
+void PickerPanel::mouseMoveEvent(QMouseEvent* event) {
+    if (m_heldAt)
+        setFrame({event->globalPosition().toPoint() - *m_heldAt, frame().size()});
+}
+
+void PickerPanel::mouseReleaseEvent(QMouseEvent*) {
+    m_heldAt.reset();
 }
 
 void PickerPanel::hideEvent(QHideEvent* event) {

@@ -4,6 +4,7 @@
 #include "app/FloatingWindow.h"
 #include "foundation/WorkItem.h"
 
+#include <optional>
 #include <vector>
 
 class QMenuBar;
@@ -30,7 +31,10 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+    // The title strip is where the panel is moved by.
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void focusContent() override;
@@ -48,6 +52,7 @@ private:
     QMenuBar* m_menuBar = nullptr;
     EdgeGrips m_grips;
     bool m_regular = false;
+    std::optional<QPoint> m_heldAt; ///< from the frame's corner, while the panel is moved
     WorkItem m_pendingSave;
     std::vector<Subscription> m_subscriptions;
 };

@@ -18,11 +18,9 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QMouseEvent>
 #include <QPainter>
 #include <QPropertyAnimation>
 #include <QStackedLayout>
-#include <QWindow>
 
 namespace taliro {
 
@@ -177,12 +175,6 @@ void RootView::crossFadeFrom(QPixmap const& before) {
     auto* picture = new FadingPicture(before, this);
     picture->setGeometry(m_stack->geometry());
     picture->show();
-}
-
-void RootView::mousePressEvent(QMouseEvent* event) {
-    bool const onStrip = m_strip->isVisible() && m_strip->geometry().contains(event->position().toPoint());
-    if (onStrip && event->button() == Qt::LeftButton)
-        window()->windowHandle()->startSystemMove();
 }
 
 } // namespace taliro

@@ -27,7 +27,6 @@ public:
     void focusBrowser();
 
 protected:
-    void mousePressEvent(QMouseEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:

@@ -45,7 +45,9 @@ void TitlebarMenu::addOverflowMenu() {
     auto const add = [&](char const* symbol, QString const& title, QKeySequence const& key,
                          std::function<void()> const& command) {
         auto* action = menu->addAction(symbolIcon(symbol), title);
+        // To be read; the main menu is where the key works.
         action->setShortcut(key);
+        action->setShortcutContext(Qt::WidgetShortcut);
         action->setEnabled(static_cast<bool>(command));
         connect(action, &QAction::triggered, this, [command] { command(); });
     };

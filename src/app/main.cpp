@@ -1,4 +1,3 @@
-#include "KeyboardShortcuts/MenuTracking.h"
 #include "app/AppDelegate.h"
 #include "app/AppSettings.h"
 #include "app/CommandLine.h"
@@ -73,13 +72,13 @@ int run(CommandLine const& commandLine, int argc, char** argv) {
     theme.install(application);
     auto const darkness = platform.colorScheme.observe([&](bool dark) { theme.setDark(dark); });
 
-    new MenuTracking(application);
     AppDelegate delegate(platform, AppSettings::shared(), BrowserState::shared());
     if (!commandLine.urls.empty())
         platform.mainQueue.async([&] { delegate.openURLs(commandLine.urls); });
     delegate.applicationDidFinishLaunching();
     platform.fileOperations.removeLeftovers();
-    return application.exec();
+    // Everything is stored when it changes, and the shared objects have no order in which to go.
+    std::quick_exit(application.exec());
 }
 
 } // namespace

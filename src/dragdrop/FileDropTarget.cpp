@@ -55,11 +55,14 @@ bool FileDropTarget::eventFilter(QObject*, QEvent* event) {
 }
 
 bool FileDropTarget::dragMoved(QDropEvent& event) {
+    // Asked for once: each look at what is carried is a question to the other program.
+    if (event.type() == QEvent::DragEnter)
+        m_carriesFiles = !pasteboardOf(*event.mimeData()).fileUrls().empty();
     m_resting.start(restMilliseconds, this);
     track(event.position().toPoint());
+    // Entering goes on elsewhere in the surface, whatever is under the pointer first.
     if (isTarget() || event.type() == QEvent::DragEnter)
-        answerWithOperation(
-            event); // entering goes on elsewhere in the surface, whatever is under the pointer first
+        answerWithOperation(event, m_carriesFiles);
     else
         event.ignore();
     return true;
@@ -80,7 +83,7 @@ bool FileDropTarget::dropped(QDropEvent& event) {
     else if (isTarget())
         target = m_places.destination();
     dragLeft();
-    auto const operation = answerWithOperation(event);
+    auto const operation = answerWithOperation(event, m_carriesFiles);
     auto const pasteboard = pasteboardOf(*event.mimeData());
     if (!target || !m_handler.routeDrop(pasteboard, *target, operation == DropOperation::copy))
         event.ignore();

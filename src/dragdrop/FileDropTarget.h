@@ -71,6 +71,7 @@ private:
     QPointer<DropHighlight> m_highlight;
     SpringLoad m_spring;
     std::optional<FolderRow> m_row;
+    bool m_carriesFiles = false;
     bool m_targeted = false;
     bool m_wasBlinking = false;
     QPoint m_position;

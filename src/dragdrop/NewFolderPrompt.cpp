@@ -28,6 +28,21 @@ constexpr int fadeMilliseconds = 150;
 constexpr double backdropOpacity = .18;
 constexpr Shadow shadow{.opacity = .25, .blur = 22, .offset = 4};
 
+/// A line in the colour of what is read second, cut in its middle where it is too long.
+class Question : public QLabel {
+public:
+    using QLabel::QLabel;
+    QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setPen(colors().text2);
+        painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                         fontMetrics().elidedText(text(), Qt::ElideMiddle, width()));
+    }
+};
+
 class Card : public QWidget {
 public:
     using QWidget::QWidget;
@@ -75,9 +90,8 @@ QWidget* NewFolderPrompt::makeCard() {
     auto* title = new QLabel(tr("New Folder"), card);
     title->setFont(theme.headline());
     rows->addWidget(title);
-    m_question = new QLabel(card);
+    m_question = new Question(card);
     m_question->setFont(theme.font(metrics::list));
-    m_question->setForegroundRole(QPalette::PlaceholderText);
     m_question->setTextFormat(Qt::PlainText);
     rows->addWidget(m_question);
     m_field = new AutoSelectingTextField(card);
@@ -113,9 +127,7 @@ void NewFolderPrompt::change(std::optional<Url> const& folder) {
         fadeTo(0);
         return;
     }
-    auto const question = tr("Name of new folder in “%1”").arg(shownName(folder->lastPathComponent()));
-    m_question->setText(
-        m_question->fontMetrics().elidedText(question, Qt::ElideMiddle, cardWidth - 2 * cardPadding));
+    m_question->setText(tr("Name of new folder in “%1”").arg(shownName(folder->lastPathComponent())));
     if (auto* focused = QApplication::focusWidget(); focused && !isAncestorOf(focused))
         m_focusBefore = focused;
     show();
@@ -131,8 +143,6 @@ void NewFolderPrompt::setName(std::string const& name) {
 
 void NewFolderPrompt::create() {
     auto const name = m_field->text().toStdString();
-    if (trimmingWhitespaceAndNewlines(name).empty())
-        return;
     // Later, and without us: the event loop may turn while items move, and the window may change.
     QMetaObject::invokeMethod(
         qApp, [&coordinator = m_coordinator, name] { coordinator.commit(name); }, Qt::QueuedConnection);

@@ -163,8 +163,8 @@ std::optional<std::string> Pasteboard::text() const {
     return std::nullopt;
 }
 
-DropOperation proposedOperation(Pasteboard const& pasteboard, bool commandHeld) {
-    return !pasteboard.fileUrls().empty() && !commandHeld ? DropOperation::move : DropOperation::copy;
+DropOperation proposedOperation(bool carriesFiles, bool commandHeld) {
+    return carriesFiles && !commandHeld ? DropOperation::move : DropOperation::copy;
 }
 
 } // namespace taliro

@@ -34,7 +34,7 @@ struct Pasteboard {
 enum class DropOperation { copy, move };
 
 /// Files are moved, or copied while the command key is held; everything else can only be copied.
-DropOperation proposedOperation(Pasteboard const& pasteboard, bool commandHeld);
+DropOperation proposedOperation(bool carriesFiles, bool commandHeld);
 
 /// Text of any common encoding as UTF-8. A byte order mark decides, then `charset` if given, then the look of
 /// the bytes: UTF-8 where valid, UTF-16 where every other byte is zero, Windows-1252 (Latin-1) otherwise.

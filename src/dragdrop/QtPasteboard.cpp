@@ -19,8 +19,8 @@ bool isCommandHeld(Qt::KeyboardModifiers modifiers) {
     return modifiers.testAnyFlags(Qt::ControlModifier | Qt::MetaModifier);
 }
 
-DropOperation answerWithOperation(QDropEvent& event) {
-    auto operation = proposedOperation(pasteboardOf(*event.mimeData()), isCommandHeld(event.modifiers()));
+DropOperation answerWithOperation(QDropEvent& event, bool carriesFiles) {
+    auto operation = proposedOperation(carriesFiles, isCommandHeld(event.modifiers()));
     auto const possible = event.possibleActions();
     if (operation == DropOperation::move && possible.testFlag(Qt::MoveAction)) {
         event.setDropAction(Qt::MoveAction);

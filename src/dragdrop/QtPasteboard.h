@@ -17,6 +17,6 @@ bool isCommandHeld(Qt::KeyboardModifiers modifiers);
 
 /// Answers the drag's source with the proposed operation, as far as the source allows: files that it won't
 /// have moved are copied.
-DropOperation answerWithOperation(QDropEvent& event);
+DropOperation answerWithOperation(QDropEvent& event, bool carriesFiles);
 
 } // namespace taliro

@@ -47,7 +47,7 @@ void ColumnPane::present(Url const& root, std::string const& filter, std::option
         m_refresher.schedule();
     m_refresher.flush();
     if (otherSelection)
-        viewport()->update();
+        showSelection();
     if (otherSelection && selected)
         reveal(*selected, Place::nearest);
 }
@@ -60,16 +60,8 @@ void ColumnPane::refresh() {
     setRows(currentRows());
 }
 
-bool ColumnPane::isSelected(Url const& url) const {
-    return m_selected == url || RowsView::isSelected(url);
-}
-
 QColor ColumnPane::chevronColor(bool selected) const {
     return selected ? faded(colors().onAccent, .85) : colors().text2;
-}
-
-void ColumnPane::revealSelection(Url const& url) {
-    reveal(url, Place::nearest);
 }
 
 } // namespace taliro

@@ -20,9 +20,8 @@ public:
     RowList const& currentRows();
 
 protected:
-    bool isSelected(Url const& url) const override;
+    std::optional<Url> alsoSelected() const override { return m_selected; }
     QColor chevronColor(bool selected) const override;
-    void revealSelection(Url const& url) override;
 
 private:
     void refresh();

@@ -3,7 +3,6 @@
 #include "app/AppSettings.h"
 #include "browsing/RecentsStore.h"
 #include "dragdrop/NewFolderCoordinator.h"
-#include "dragdrop/NewFolderPrompt.h"
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
 #include "sidebar/Sidebar.h"
@@ -79,7 +78,6 @@ FileBrowserView::FileBrowserView(Platform& platform, BrowserState& state, Direct
     rows->addWidget(new Line(Line::horizontal, this));
     rows->addWidget(buildPathRow());
     new GoToBar(m_goToPath, this);
-    new NewFolderPrompt(NewFolderCoordinator::shared(), this);
     buildCommands();
     observe();
 }

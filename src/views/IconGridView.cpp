@@ -104,8 +104,8 @@ int IconGridView::scrollStep() const {
     return rowPitch / 3;
 }
 
-bool IconGridView::isSelected(Url const& url) const {
-    return state().selection.get() == url || ItemView::isSelected(url);
+std::optional<Url> IconGridView::alsoSelected() const {
+    return state().selection.get();
 }
 
 void IconGridView::paintCell(QPainter& painter, QRect const& cell, FileEntry const& entry, bool selected) {

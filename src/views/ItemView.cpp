@@ -129,10 +129,16 @@ void ItemView::showSelection() {
     }
 }
 
+bool ItemView::isSelected(Url const& url) const {
+    return m_state.selectedURLs->contains(url) || alsoSelected() == url;
+}
+
 /// Tells assistive tools what is selected.
 void ItemView::syncSelectionModel() {
     auto const index = [this](std::size_t row) { return m_model->index(static_cast<int>(row)); };
-    auto const& selected = m_state.selectedURLs.get();
+    auto selected = m_state.selectedURLs.get();
+    if (auto const also = alsoSelected())
+        selected.insert(*also);
     auto const& primary = m_state.selection.get();
     QItemSelection chosen;
     if (selected.size() == 1) {

@@ -67,10 +67,11 @@ protected:
     /// Whether the name in `cell` is cut off, so that a tooltip is of use.
     virtual bool isCut(QRect const& cell, FileEntry const& entry) const = 0;
 
-    virtual bool isSelected(Url const& url) const { return m_state.selectedURLs->contains(url); }
+    /// A row shown as selected beside those that the browser's state says.
+    virtual std::optional<Url> alsoSelected() const { return std::nullopt; }
     /// How a newly selected row comes into sight.
     virtual void revealSelection(Url const& url) { reveal(url, Place::nearest); }
-    virtual void showSelection();
+    void showSelection();
 
     int rowCount() const { return static_cast<int>(rows().size()); }
     BrowserState& state() const { return m_state; }
@@ -92,6 +93,7 @@ protected:
 
 private:
     void press(QMouseEvent const& event, int clicks);
+    bool isSelected(Url const& url) const;
     void syncSelectionModel();
     void paintDropHighlight(QPainter& painter) const;
 

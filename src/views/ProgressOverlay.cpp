@@ -50,20 +50,22 @@ protected:
     }
 };
 
-/// A line of text that ends in "…" where it is too long.
+/// A line of text, cut in its middle where it is too long.
 class ElidedLabel : public QLabel {
 public:
-    using QLabel::QLabel;
+    ElidedLabel(ColorRole color, QWidget* parent) : QLabel(parent), m_color(color) {}
     QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
 
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        painter.setPen(palette().color(foregroundRole()));
-        painter.setFont(font());
+        painter.setPen(colors().*m_color);
         painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                          fontMetrics().elidedText(text(), Qt::ElideMiddle, width()));
     }
+
+private:
+    ColorRole m_color;
 };
 
 } // namespace
@@ -73,14 +75,13 @@ public:
     CardView(ProgressCenter& center, std::uint64_t id, QWidget* parent)
         : QWidget(parent),
           id(id),
-          m_title(new ElidedLabel(this)),
+          m_title(new ElidedLabel(&Colors::text1, this)),
           m_line(new ProgressLine(this)),
-          m_detail(new ElidedLabel(this)),
+          m_detail(new ElidedLabel(&Colors::text2, this)),
           m_cancel(new PushButton(QObject::tr("Cancel"), PushButton::Kind::plain, this)) {
         auto const& theme = Theme::current();
         m_title->setFont(theme.font(metrics::list, QFont::Medium));
         m_detail->setFont(theme.font(metrics::small));
-        m_detail->setForegroundRole(QPalette::PlaceholderText);
         m_line->setFixedHeight(8);
         m_line->setTextVisible(false);
         auto* row = new QHBoxLayout(this);

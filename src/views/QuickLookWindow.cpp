@@ -280,7 +280,7 @@ void QuickLookWindow::hideEvent(QHideEvent* event) {
     clearContents();
     QWidget::hideEvent(event);
     if (m_browser && m_browser->isVisible())
-        m_browser->activateWindow();
+        m_platform.windowManager.focus(m_browser->winId());
 }
 
 QScrollBar* QuickLookWindow::scrollBar() const {

@@ -15,6 +15,21 @@ QString qstring(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+/// Stands a little below its button, where it opens downward.
+class SortMenu : public QMenu {
+public:
+    using QMenu::QMenu;
+
+protected:
+    void showEvent(QShowEvent* event) override {
+        auto const* button = parentWidget();
+        auto const place = button->mapToGlobal(QPoint(0, button->height() + menuGap));
+        if (y() >= place.y() - menuGap - 1)
+            move(x(), place.y());
+        QMenu::showEvent(event);
+    }
+};
+
 } // namespace
 
 SortMenuButton::SortMenuButton(BrowserState& state, int height, QWidget* parent)
@@ -22,20 +37,20 @@ SortMenuButton::SortMenuButton(BrowserState& state, int height, QWidget* parent)
     setFixedSize(buttonWidth, height);
     setFrame(Frame::bordered);
     setTint(&Colors::text1);
-    connect(this, &QToolButton::clicked, this, [this] { popUpMenu(); });
+    setMenu(new SortMenu(this));
+    connect(menu(), &QMenu::aboutToShow, this, [this] { fillMenu(); });
+    connect(menu(), &QMenu::triggered, this,
+            [this](QAction const* item) { choose(item->data().toString()); });
 }
 
-void SortMenuButton::popUpMenu() {
-    auto* menu = new QMenu(this);
-    menu->setAttribute(Qt::WA_DeleteOnClose);
+void SortMenuButton::fillMenu() {
+    menu()->clear();
     for (auto key : allSortKeys) {
-        auto* item = menu->addAction(qstring(title(key)));
+        auto* item = menu()->addAction(qstring(title(key)));
         item->setData(qstring(rawValue(key)));
         if (key == m_state.sortKey.get())
             item->setIcon(symbolIcon(m_state.sortAscending.get() ? "arrow.up" : "arrow.down"));
     }
-    connect(menu, &QMenu::triggered, this, [this](QAction const* item) { choose(item->data().toString()); });
-    menu->popup(mapToGlobal(QPoint(0, height() + menuGap)));
 }
 
 void SortMenuButton::choose(QString const& rawValue) {

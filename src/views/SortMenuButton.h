@@ -11,7 +11,7 @@ public:
     SortMenuButton(BrowserState& state, int height, QWidget* parent = nullptr);
 
 private:
-    void popUpMenu();
+    void fillMenu();
     void choose(QString const& rawValue);
 
     BrowserState& m_state;

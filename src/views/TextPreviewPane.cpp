@@ -22,6 +22,15 @@ constexpr std::size_t mostBytes = 512 * 1024;
 /// Laying out one endless line would take as long as a whole book.
 constexpr qsizetype longestLine = 2000;
 
+/// A table of a few lines may ask for millions of cells, and quotes for thousands of levels. Such a text is
+/// shown as it was written.
+bool isTame(QString const& markdown) {
+    constexpr qsizetype most = 40; // columns or levels
+    return std::ranges::none_of(QStringView(markdown).split(u'\n'), [](QStringView line) {
+        return line.count(u'|') > most || line.count(u'>') > most;
+    });
+}
+
 /// Shows a document without fetching anything that it asks for.
 class SealedBrowser : public QTextBrowser {
 public:
@@ -126,7 +135,7 @@ void TextPreviewPane::setFile(Url const& file, bool isMarkdown) {
 
 void TextPreviewPane::show(TextPreview const& preview, Url const& file, bool isMarkdown) {
     auto const text = withShortLines(preview.text);
-    if (isMarkdown) {
+    if (isMarkdown && isTame(text)) {
         m_markdown->setFont(Theme::current().font());
         m_markdown->setMarkdown(text);
         layOut(*m_markdown->document());

@@ -11,7 +11,6 @@ ToolButton::ToolButton(std::string_view symbol, QString const& label, qreal symb
     : QToolButton(parent), m_symbol(symbol), m_points(symbolPoints) {
     setLabel(label);
     setFocusPolicy(Qt::TabFocus);
-    setPopupMode(QToolButton::InstantPopup);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setAttribute(Qt::WA_Hover);
 }
@@ -24,6 +23,12 @@ void ToolButton::setSymbol(std::string_view symbol) {
 void ToolButton::setLabel(QString const& label) {
     setToolTip(label);
     setAccessibleName(label);
+}
+
+void ToolButton::setMenu(QMenu* menu) {
+    // Only then: to assistive tools, such a button can't be pressed.
+    setPopupMode(QToolButton::InstantPopup);
+    QToolButton::setMenu(menu);
 }
 
 void ToolButton::setTint(ColorRole tint) {

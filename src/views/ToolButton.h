@@ -10,7 +10,7 @@
 namespace taliro {
 
 /// A flat button that shows one symbol. Its label is its tooltip and its accessible name.
-/// With a menu (`setMenu`), a click opens the menu.
+/// With a menu, a click opens the menu.
 class ToolButton : public QToolButton {
     Q_OBJECT
 
@@ -26,6 +26,7 @@ public:
     /// The symbol's colour while the button is neither disabled nor checked; at first `Colors::text2`.
     void setTint(ColorRole tint);
     void setFrame(Frame frame);
+    void setMenu(QMenu* menu);
 
     QSize sizeHint() const override { return {22, 22}; }
     QSize minimumSizeHint() const override { return sizeHint(); }

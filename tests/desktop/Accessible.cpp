@@ -39,6 +39,24 @@ std::vector<std::pair<QString, QString>> references(QVariant const& value) {
     return found;
 }
 
+/// The names in `a(sss)`: each with a description and keys.
+QStringList actionNames(QVariant const& value) {
+    QStringList names;
+    auto const list = value.value<QDBusArgument>();
+    list.beginArray();
+    while (!list.atEnd()) {
+        QString name;
+        QString description;
+        QString keys;
+        list.beginStructure();
+        list >> name >> description >> keys;
+        list.endStructure();
+        names.append(name);
+    }
+    list.endArray();
+    return names;
+}
+
 } // namespace
 
 QDBusMessage Accessible::call(char const* interface, char const* method,
@@ -154,13 +172,12 @@ bool Accessible::waitUntilGone(QString const& role, QString const& name) const {
 }
 
 bool Accessible::act(QString const& wanted) const {
-    auto const count = property(action, "NActions").toInt();
-    for (int i = 0; i < count; ++i) {
-        auto const name = call(action, "GetName", {i}).arguments().value(0).toString();
-        if (wanted.isEmpty() || name.compare(wanted, Qt::CaseInsensitive) == 0)
-            return call(action, "DoAction", {i}).arguments().value(0).toBool();
-    }
-    return false;
+    auto const reply = call(action, "GetActions");
+    if (reply.type() != QDBusMessage::ReplyMessage)
+        return false;
+    auto const names = actionNames(reply.arguments().value(0));
+    auto const at = names.indexOf(wanted);
+    return at >= 0 && call(action, "DoAction", {static_cast<int>(at)}).arguments().value(0).toBool();
 }
 
 std::string Accessible::dump(int depth) const {

@@ -52,7 +52,7 @@ public:
     bool waitUntilGone(QString const& role, QString const& name) const;
 
     /// Presses, toggles or opens it as assistive tools do.
-    bool act(QString const& action = {}) const;
+    bool act(QString const& action = QStringLiteral("Press")) const;
     /// The tree from here, a line a thing.
     std::string dump(int depth = 0) const;
 

@@ -7,15 +7,24 @@
 namespace taliro::testing {
 namespace {
 
+struct Spot {
+    int x, y;
+};
+
 /// The other program of a drag: it tells what happens to it in lines.
 class Client {
 public:
     Client(Desktop& desktop, std::string const& program, std::vector<std::string> arguments)
-        : m_log(desktop.log(std::filesystem::path(program).filename())) {
-        arguments.insert(arguments.begin(), program);
+        : m_display(desktop.display()), m_log(desktop.log("client " + std::to_string(++m_started))) {
+        arguments.insert(arguments.begin(), {program, "40", "500"});
         m_process = Process(arguments, desktop.environment(), m_log);
-        EXPECT_TRUE(waitFor([&] { return says("ready"); }));
+        EXPECT_TRUE(waitFor([&] { return place().width > 0; })) << said();
     }
+    ~Client() {
+        m_process.terminate();
+        EXPECT_TRUE(waitFor([&] { return place().width == 0; })); // else the next would be taken for it
+    }
+    Spot middle() { return {place().midX(), place().midY()}; }
     std::string said() const { return contentsOf(m_log); }
     /// Whether it said this line since `forget`.
     bool says(std::string const& line) const {
@@ -24,13 +33,20 @@ public:
     void forget() { m_heard = said().size(); }
 
 private:
+    /// Of its window, once the user can see it.
+    Place place() {
+        for (auto const& window : m_display.windows())
+            if (window.name.starts_with("drag "))
+                return window.place;
+        return {};
+    }
+
+    static inline int m_started = 0;
+
+    Display& m_display;
     std::filesystem::path m_log;
     Process m_process;
     std::size_t m_heard = 0;
-};
-
-struct Spot {
-    int x, y;
 };
 
 /// A drag with the pointer, as a hand does it.
@@ -79,11 +95,7 @@ protected:
     void start(std::string const& folder = "Work") {
         program = std::make_unique<Program>(desktop, std::vector{(desktop.home() / folder).string()});
     }
-    Client source(std::vector<std::string> offered) {
-        offered.insert(offered.begin(), {"40", "500"});
-        return Client(desktop, DRAG_SOURCE, std::move(offered));
-    }
-    static constexpr Spot inClient{100, 590};
+    Client source(std::vector<std::string> const& offered) { return Client(desktop, DRAG_SOURCE, offered); }
     std::string addressOf(std::string const& path) { return "file://" + (desktop.home() / path).string(); }
     bool exists(std::string const& path) { return std::filesystem::exists(desktop.home() / path); }
 
@@ -116,14 +128,14 @@ TEST_F(Drag, FilesAreMovedInAndCopiedWithTheKey) {
     auto const place = emptyIn("Work");
     {
         auto client = source({"text/uri-list", addressOf("first.txt")});
-        hand.press(inClient);
+        hand.press(client.middle());
         ASSERT_TRUE(hand.hover(place, [&] { return client.says("action move"); })) << client.said();
         hand.release();
-        EXPECT_TRUE(waitFor([&] { return exists("Work/first.txt") && client.says("ended move"); }));
-        EXPECT_FALSE(exists("first.txt"));
+        EXPECT_TRUE(waitFor([&] { return exists("Work/first.txt") && !exists("first.txt"); }));
+        EXPECT_TRUE(waitFor([&] { return client.says("ended move"); })) << client.said();
     }
     auto client = source({"text/uri-list", addressOf("second.txt")});
-    hand.press(inClient);
+    hand.press(client.middle());
     ASSERT_TRUE(hand.hover(place, [&] { return client.says("action move"); })) << client.said();
     display.keyDown("Control_L");
     EXPECT_TRUE(hand.hover(place, [&] { return client.says("action copy"); })) << client.said();
@@ -139,7 +151,7 @@ TEST_F(Drag, RestingOnFoldersOpensThemTwoDeep) {
     desktop.write("file.txt");
     start();
     auto client = source({"text/uri-list", addressOf("file.txt")});
-    hand.press(inClient);
+    hand.press(client.middle());
     auto const shows = [&](QString const& name) {
         return [this, name] { return static_cast<bool>(program->tree().find("list item", name)); };
     };
@@ -147,8 +159,7 @@ TEST_F(Drag, RestingOnFoldersOpensThemTwoDeep) {
     ASSERT_TRUE(hand.hover(row("outer", "inner"), shows("innermost"))) << client.said();
     ASSERT_TRUE(hand.hover(emptyIn("inner"), [&] { return client.says("action move"); })) << client.said();
     hand.release();
-    EXPECT_TRUE(waitFor([&] { return exists("Work/outer/inner/file.txt"); }));
-    EXPECT_FALSE(exists("file.txt"));
+    EXPECT_TRUE(waitFor([&] { return exists("Work/outer/inner/file.txt") && !exists("file.txt"); }));
 }
 
 TEST_F(Drag, RecentsTakeNothing) {
@@ -161,7 +172,7 @@ TEST_F(Drag, RecentsTakeNothing) {
     auto const home =
         program->tree().expect("push button", QString::fromStdString(desktop.home().filename())).place();
     auto client = source({"text/uri-list", addressOf("file.txt")});
-    hand.press(inClient);
+    hand.press(client.middle());
     ASSERT_TRUE(hand.hover({home.midX(), home.midY()}, [&] { return client.says("action move"); }))
         << client.said();
     client.forget();
@@ -176,7 +187,7 @@ TEST_F(Drag, TextBecomesAFile) {
     start();
     auto const place = emptyIn("Work");
     auto client = source({"text/plain", "Grüße", "text/html", "<b>Grüße</b>"});
-    hand.press(inClient);
+    hand.press(client.middle());
     ASSERT_TRUE(hand.hover(place, [&] { return client.says("action copy"); })) << client.said();
     hand.release();
     std::filesystem::path saved;
@@ -199,7 +210,7 @@ TEST_F(Drag, OutToAnotherProgramClosesThePopoverAndWithinItDoesNot) {
            "version=\"1.0\"><dict><key>popoverMode</key><true/></dict></plist>\n";
     start();
     display.expectWindow("popover");
-    Client target(desktop, DRAG_TARGET, {"40", "500", "copy"});
+    Client target(desktop, DRAG_TARGET, {"copy"});
 
     hand.press(row("Work", "a file.txt"));
     auto const opened = [&] { return static_cast<bool>(program->tree().find("list", "folder")); };
@@ -210,7 +221,7 @@ TEST_F(Drag, OutToAnotherProgramClosesThePopoverAndWithinItDoesNot) {
     EXPECT_TRUE(display.window("popover"));
 
     hand.press(row("folder", "a file.txt"));
-    ASSERT_TRUE(hand.hover(inClient, [&] { return target.says("entered"); })) << target.said();
+    ASSERT_TRUE(hand.hover(target.middle(), [&] { return target.says("entered"); })) << target.said();
     hand.release();
     EXPECT_TRUE(waitFor([&] { return target.says("dropped"); })) << target.said();
     EXPECT_TRUE(target.says("text/uri-list " + addressOf("Work/folder/a%2520file.txt") + "%0D%0A"))

@@ -2,8 +2,7 @@
 //
 //   drag_source X Y [--only-copy] FORMAT DATA [FORMAT DATA…]
 //
-// `ready` is printed once it is shown, `action ACTION` when what a drop would do changes, `ended ACTION`
-// after a drag.
+// It prints `action ACTION` when what a drop would do changes, and `ended ACTION` after a drag.
 #include <QApplication>
 #include <QDrag>
 #include <QMimeData>
@@ -33,10 +32,6 @@ protected:
         connect(drag, &QDrag::actionChanged, this, [](Qt::DropAction action) { print("action", action); });
         print("ended", drag->exec(m_actions, Qt::CopyAction));
         m_dragging = false;
-    }
-    void showEvent(QShowEvent*) override {
-        std::puts("ready");
-        std::fflush(stdout);
     }
 
 private:

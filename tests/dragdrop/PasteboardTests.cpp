@@ -82,7 +82,7 @@ TEST(PasteboardTest, FilesAreMovedAndTheRestIsCopied) {
         {{{"text/plain", "file:///a"}}, false, DropOperation::copy},
     };
     for (auto const& [carried, commandHeld, operation] : cases)
-        EXPECT_EQ(proposedOperation(carried.pasteboard(), commandHeld), operation);
+        EXPECT_EQ(proposedOperation(!carried.pasteboard().fileUrls().empty(), commandHeld), operation);
 }
 
 TEST(PasteboardTest, HtmlTellsItsEncoding) {

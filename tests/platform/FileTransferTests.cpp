@@ -128,6 +128,26 @@ TEST_F(FileTransferTest, TakesSingleItemsOfEveryKind) {
     EXPECT_EQ(describe(source), original);
 }
 
+TEST_F(FileTransferTest, CopiesLargeFilesToTheLastByte) {
+    constexpr std::size_t large = 16 << 20; // from here on past the page cache
+    for (auto const size : {large - 1, large, large + 1, large + (4 << 20) + 4095}) {
+        std::string bytes(size, '\0');
+        for (std::size_t i = 0; i < size; ++i)
+            bytes[i] = static_cast<char>(i * 2654435761u >> 13);
+        disk.write("from/item", bytes);
+        Meddler sink;
+        ASSERT_TRUE(transfer(Way::copy, source, target / "copy", sink));
+        EXPECT_TRUE(contentsOf(target / "copy") == bytes) << size;
+        EXPECT_EQ(sink.bytes, static_cast<std::int64_t>(size));
+        fs::remove(target / "copy");
+    }
+    Meddler sink;
+    sink.onByte = [&] { fs::resize_file(source, 6 << 20); };
+    ASSERT_TRUE(transfer(Way::copy, source, target / "copy", sink));
+    EXPECT_TRUE(contentsOf(target / "copy") == contentsOf(source));
+    EXPECT_EQ(fs::file_size(target / "copy"), 6u << 20);
+}
+
 TEST_F(FileTransferTest, LeavesBothSidesAsTheyWereWhereItFails) {
     disk.write("from/item/file", "content");
     disk.write("from/item/sub/file", "more");

@@ -61,7 +61,7 @@ TEST_F(Previews, GiveEachKindItsForm) {
         {"a.pdf", PreviewKind::pages},   {"a.txt", PreviewKind::text},    {"a.py", PreviewKind::text},
         {"a.md", PreviewKind::markdown}, {"a.zip", PreviewKind::archive}, {"a.tar.xz", PreviewKind::archive},
         {"a.tar", PreviewKind::archive}, {"a.mp3", PreviewKind::media},   {"a.mkv", PreviewKind::media},
-        {"a.odt", PreviewKind::other},   {"nothing", PreviewKind::other}, {"a.json", PreviewKind::text},
+        {"a.odt", PreviewKind::other},   {"nothing", PreviewKind::text},  {"a.json", PreviewKind::text},
     };
     for (auto const& [name, kind] : cases)
         EXPECT_EQ(previews.previewKind(Url::file(std::string("/x/") + name), false), kind) << name;

@@ -167,6 +167,26 @@ TEST_F(QueryTest, OrdersByUseThenByChangeAndStaysLive) {
     EXPECT_GT(updates, before);
 }
 
+TEST_F(QueryTest, PublishesTheHundredUsedLastOfALargeHome) {
+    for (int i = 0; i < 1200; ++i)
+        home.add(std::to_string(i % 100) + "/" + std::to_string(i) + ".txt", std::chrono::minutes(i));
+    Names expected;
+    for (int i = 0; i < 500; ++i) { // The older the file, the later it was used.
+        auto const name = std::to_string(i % 100) + "/" + std::to_string(i) + ".txt";
+        used[name] = "2026-01-01T00:" + std::string(i / 60 < 10 ? "0" : "") + std::to_string(i / 60) + ":" +
+                     (i % 60 < 10 ? "0" : "") + std::to_string(i % 60) + "Z";
+        if (i >= 400)
+            expected.insert(expected.begin(), name);
+    }
+    writeList();
+    HomeMetadataQuery query(queue, events, files, folders);
+    start(query);
+    EXPECT_TRUE(waitUntil([&] { return query.results().size() == 1000; }));
+    auto first = home.names(query.results());
+    first.resize(expected.size());
+    EXPECT_EQ(first, expected);
+}
+
 TEST_F(QueryTest, TellsAlsoThatThereIsNothing) {
     HomeMetadataQuery query(queue, events, files, folders);
     start(query);
@@ -175,7 +195,7 @@ TEST_F(QueryTest, TellsAlsoThatThereIsNothing) {
 }
 
 TEST_F(QueryTest, EndsWhileItWalks) {
-    for (int i = 0; i < 3000; ++i)
+    for (int i = 0; i < 1000; ++i)
         home.add("many/" + std::to_string(i), 1min);
     HomeMetadataQuery query(queue, events, files, folders);
     start(query);

@@ -3,6 +3,8 @@
 #include "support/HttpServer.h"
 #include "support/WaitUntil.h"
 
+#include <gtest/gtest.h>
+
 #include <QApplication>
 #include <QLabel>
 #include <QPointer>

@@ -194,6 +194,8 @@ TEST_F(Thumbnails, AreKeptAsTheStandardSaysAndUsedWhileTheFileIsTheSame) {
     marked.fill(Qt::magenta);
     for (auto const& key : texts)
         marked.setText(key, image.text(key));
+    marked.setText(QStringLiteral("Thumb::MTime"),
+                   image.text(QStringLiteral("Thumb::MTime")) + QStringLiteral(".25"));
     marked.save(QString::fromStdString(kept.string()));
     EXPECT_EQ(make(path).pixel(5, 5), qRgb(255, 0, 255));
     fs::last_write_time(path, fs::file_time_type::clock::now() - 30min);

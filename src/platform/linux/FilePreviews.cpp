@@ -66,6 +66,9 @@ PreviewKind FilePreviews::previewKind(Url const& item, bool isDirectory) {
         return PreviewKind::folder;
     if (isPlainImage(mimeType))
         return PreviewKind::image;
+    // What its name says nothing of may be text (LICENSE); reading it tells.
+    if (mimeType == "application/octet-stream")
+        return PreviewKind::text;
     if (mimeType == "text/markdown")
         return PreviewKind::markdown;
     if (isArchive(mimeType))

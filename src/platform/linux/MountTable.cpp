@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <ranges>
+#include <optional>
 
 namespace taliro {
 
@@ -74,6 +74,17 @@ std::string unescaped(std::string_view text) {
     return bytes;
 }
 
+std::vector<std::string_view> split(std::string_view text, char separator) {
+    std::vector<std::string_view> parts;
+    for (;;) {
+        auto const end = text.find(separator);
+        parts.push_back(text.substr(0, end));
+        if (end == std::string_view::npos)
+            return parts;
+        text.remove_prefix(end + 1);
+    }
+}
+
 bool readDevice(std::string_view text, Mount& mount) {
     auto const* end = text.data() + text.size();
     auto const first = std::from_chars(text.data(), end, mount.major);
@@ -86,9 +97,7 @@ bool readDevice(std::string_view text, Mount& mount) {
 /// Fields: mount id, parent id, device, root, mount point, options, any number of tags, "-", type, source,
 /// options.
 std::optional<Mount> parseLine(std::string_view line) {
-    std::vector<std::string_view> fields;
-    for (auto const field : std::views::split(line, ' '))
-        fields.emplace_back(field.begin(), field.end());
+    auto const fields = split(line, ' ');
     auto const dash =
         std::ranges::find(fields.size() > 6 ? fields.begin() + 6 : fields.end(), fields.end(), "-"sv);
     Mount mount;
@@ -105,8 +114,8 @@ std::optional<Mount> parseLine(std::string_view line) {
 
 std::vector<Mount> parseMounts(std::string_view mountinfo) {
     std::vector<Mount> mounts;
-    for (auto const part : std::views::split(mountinfo, '\n')) {
-        auto mount = parseLine(std::string_view(part.begin(), part.end()));
+    for (auto const line : split(mountinfo, '\n')) {
+        auto mount = parseLine(line);
         if (!mount)
             continue;
         std::erase_if(mounts, [&](Mount const& other) { return other.point == mount->point; });

@@ -61,6 +61,7 @@ private:
 
 PortalHotKeys::PortalHotKeys(QDBusConnection bus, XkbKeyboardLayout& layout, QString purpose)
     : m_bus(std::move(bus)), m_layout(layout), m_purpose(std::move(purpose)), m_menuKeys(layout) {
+    qRegisterMetaType<QDBusObjectPath>(); // for the slots below
     qDBusRegisterMetaType<PortalShortcut>();
     qDBusRegisterMetaType<QList<PortalShortcut>>();
     m_bindSoon.setSingleShot(true);
@@ -71,7 +72,8 @@ PortalHotKeys::PortalHotKeys(QDBusConnection bus, XkbKeyboardLayout& layout, QSt
     m_bus.connect(service, portalPath, shortcutsInterface, QStringLiteral("Deactivated"), this,
                   SLOT(deactivated(QDBusObjectPath, QString, qulonglong, QVariantMap)));
     auto* watcher = new QDBusServiceWatcher(service, m_bus, QDBusServiceWatcher::WatchForOwnerChange, this);
-    connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this, &PortalHotKeys::portalChanged);
+    connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](QString const&, QString const& former) { portalChanged(former); });
 }
 
 PortalHotKeys::~PortalHotKeys() {
@@ -152,6 +154,7 @@ void PortalHotKeys::request(QString const& method, QVariantList arguments, QVari
     auto const token = QStringLiteral("taliro_%1").arg(++m_tokens);
     auto const sender = m_bus.baseService().mid(1).replace(QLatin1Char('.'), QLatin1Char('_'));
     m_requestPath = portalPath + QStringLiteral("/request/%1/%2").arg(sender, token);
+    m_response = response;
     // Before the call, or the answer might be missed.
     m_bus.connect(service, m_requestPath, requestInterface, QStringLiteral("Response"), this, response);
     options.insert(QStringLiteral("handle_token"), token);
@@ -159,18 +162,35 @@ void PortalHotKeys::request(QString const& method, QVariantList arguments, QVari
     auto call = QDBusMessage::createMethodCall(service, portalPath, shortcutsInterface, method);
     call.setArguments(arguments);
     auto* answer = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* finished) {
-        finished->deleteLater();
-        if (!finished->isError())
-            return;
-        m_requestPath.clear();
-        fail(QStringLiteral("the desktop offers none to programs (%1)").arg(finished->error().name()),
-             "This desktop doesn’t let programs have global shortcuts.");
-    });
+    connect(answer, &QDBusPendingCallWatcher::finished, this,
+            [this, path = m_requestPath](QDBusPendingCallWatcher* finished) {
+                finished->deleteLater();
+                if (!finished->isError() || path != m_requestPath)
+                    return;
+                endRequest();
+                fail(QStringLiteral("the desktop offers none to programs (%1)").arg(finished->error().name()),
+                     "This desktop doesn’t let programs have global shortcuts.");
+            });
+}
+
+void PortalHotKeys::endRequest() {
+    if (!m_requestPath.isEmpty())
+        m_bus.disconnect(service, m_requestPath, requestInterface, QStringLiteral("Response"), this,
+                         m_response);
+    m_requestPath.clear();
+    m_bindSoon.start(); // Something else may be wanted by now.
+}
+
+bool PortalHotKeys::isAwaited() {
+    if (message().path() != m_requestPath)
+        return false;
+    endRequest();
+    return true;
 }
 
 void PortalHotKeys::sessionCreated(uint response, QVariantMap const& results) {
-    m_requestPath.clear();
+    if (!isAwaited())
+        return;
     if (response != 0) {
         fail(QStringLiteral("the desktop refused a session for them"),
              "The desktop didn’t let Taliro have a global shortcut.");
@@ -181,8 +201,6 @@ void PortalHotKeys::sessionCreated(uint response, QVariantMap const& results) {
         handle.canConvert<QDBusObjectPath>() ? handle.value<QDBusObjectPath>().path() : handle.toString();
     if (wantedTriggers() == m_bound)
         bindShortcuts();
-    else
-        m_bindSoon.start();
 }
 
 void PortalHotKeys::bindShortcuts() {
@@ -197,20 +215,25 @@ void PortalHotKeys::bindShortcuts() {
 }
 
 void PortalHotKeys::shortcutsBound(uint response, QVariantMap const&) {
-    m_requestPath.clear();
+    if (!isAwaited())
+        return;
     if (response == 0)
         notice = std::string();
     else
         fail(QStringLiteral("the desktop did not bind the shortcut"),
              "The desktop didn’t let Taliro have a global shortcut.");
-    m_bindSoon.start();
 }
 
-/// The portal went, taking its sessions along, or came.
-void PortalHotKeys::portalChanged() {
-    m_session.clear();
-    m_requestPath.clear();
-    m_bound.clear();
+/// The portal went, taking its sessions along, or came. One that we speak with already came before that was
+/// told.
+void PortalHotKeys::portalChanged(QString const& former) {
+    if (!former.isEmpty()) {
+        endRequest();
+        m_session.clear();
+        m_down.clear();
+    }
+    if (m_session.isEmpty() && m_requestPath.isEmpty())
+        m_bound.clear();
     m_bindSoon.start();
 }
 

@@ -5,6 +5,7 @@
 
 #include <QDBusArgument>
 #include <QDBusConnection>
+#include <QDBusContext>
 #include <QDBusObjectPath>
 #include <QDeadlineTimer>
 #include <QTimer>
@@ -20,7 +21,7 @@ class XkbKeyboardLayout;
 /// Hot keys by the desktop portal's GlobalShortcuts, for sessions in which programs can't hold keys
 /// themselves. The desktop may ask the user, and lets them choose other keys. It binds a session's shortcuts
 /// only once, so each change makes a new session, as soon as everything of one turn is known.
-class PortalHotKeys : public QObject, public HotKeys {
+class PortalHotKeys : public QObject, public HotKeys, protected QDBusContext {
     Q_OBJECT
 
 public:
@@ -54,10 +55,13 @@ private:
     void createSession();
     void closeSession();
     void bindShortcuts();
-    void portalChanged();
+    void portalChanged(QString const& former);
     void fail(QString const& reason, std::string const& tellUser);
     /// Calls the portal and has `response` called with what the request comes to.
     void request(QString const& method, QVariantList arguments, QVariantMap options, char const* response);
+    void endRequest();
+    /// Whether the answer that is being heard is to the request under way, which then is over.
+    bool isAwaited();
     void pressed(QString const& trigger, Phase phase);
     std::set<QString> wantedTriggers() const;
 
@@ -71,7 +75,8 @@ private:
     std::map<QString, QDeadlineTimer> m_down;  ///< held triggers, until when another press is a repeat
     std::set<QString> m_bound;                 ///< triggers of the session
     QString m_session;
-    QString m_requestPath; ///< of the request that is under way
+    QString m_requestPath;            ///< of the request that is under way
+    char const* m_response = nullptr; ///< the slot that hears what it comes to
     int m_tokens = 0;
     QTimer m_bindSoon;
     std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);

@@ -30,6 +30,11 @@ constexpr char failures[] = "fail/taliro";
 /// A stored picture is small; one that claims to be larger is not ours to decode.
 constexpr int largestStored = 2048;
 
+/// Some programs write a fraction that the standard does not know.
+std::int64_t wholeSeconds(QString const& time) {
+    return time.left(time.indexOf(u'.')).toLongLong();
+}
+
 std::optional<QImage> readIfValid(std::string const& path, FileStamp const& file) {
     QImageReader reader(QFile::decodeName(path.c_str()), "png");
     auto const size = reader.size();
@@ -37,7 +42,7 @@ std::optional<QImage> readIfValid(std::string const& path, FileStamp const& file
         return std::nullopt;
     auto image = reader.read();
     if (image.isNull() || image.text(QStringLiteral("Thumb::URI")).toStdString() != file.uri ||
-        image.text(QStringLiteral("Thumb::MTime")).toLongLong() != file.modified)
+        wholeSeconds(image.text(QStringLiteral("Thumb::MTime"))) != file.modified)
         return std::nullopt;
     auto const stored = image.text(QStringLiteral("Thumb::Size"));
     if (!stored.isEmpty() && stored.toLongLong() != file.size)

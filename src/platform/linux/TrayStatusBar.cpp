@@ -11,6 +11,7 @@
 #include <QMenu>
 #include <QScreen>
 #include <QSystemTrayIcon>
+#include <QTimer>
 
 #include <xcb/xfixes.h>
 
@@ -20,6 +21,8 @@ namespace {
 
 /// What a tray icon takes, where the tray tells only that it was clicked.
 constexpr int guessedIconSize = 24;
+constexpr std::chrono::milliseconds lookInterval(20);
+constexpr int looksAtMost = 100;
 
 QIcon iconOf(std::string const& symbol) {
     // The filled picture shows on light and on dark trays alike.
@@ -38,6 +41,7 @@ class TrayStatusItem : public StatusItem {
 public:
     TrayStatusItem(X11Connection* x, X11PointerEvents& pointer, QIcon icon, QString description)
         : m_x(x), m_icon(std::move(icon)), m_description(std::move(description)) {
+        QObject::connect(&m_placeTimer, &QTimer::timeout, &m_placeTimer, [this] { lookForPlace(); });
         watchForTrays();
         if (m_x)
             m_catcher.emplace(
@@ -57,7 +61,7 @@ public:
             return std::nullopt;
         if (m_strip)
             return rectOf(m_strip->geometry());
-        if (m_tray && m_tray->geometry().isValid() && !m_tray->geometry().isEmpty())
+        if (m_tray && m_isPlaced && !m_tray->geometry().isEmpty())
             return rectOf(m_tray->geometry());
         return m_lastClick;
     }
@@ -69,6 +73,7 @@ public:
 
     void showMenu(std::vector<StatusMenuEntry> entries) override {
         m_menu = std::make_unique<QMenu>();
+        m_menu->setWindowRole(QStringLiteral("status menu"));
         for (auto const& entry : entries) {
             if (entry.title.empty()) {
                 m_menu->addSeparator();
@@ -120,7 +125,8 @@ private:
             makeTrayIcon();
         if (!hasTray && !m_strip)
             makeStrip();
-        call(onPlaced);
+        if (m_strip)
+            call(onPlaced);
     }
 
     void makeTrayIcon() {
@@ -129,6 +135,18 @@ private:
         QObject::connect(m_tray.get(), &QSystemTrayIcon::activated, m_tray.get(),
                          [this](QSystemTrayIcon::ActivationReason reason) { clicked(reason); });
         m_tray->show();
+        m_isPlaced = false;
+        m_looksForPlace = 0;
+        m_placeTimer.start(lookInterval);
+    }
+
+    /// The tray takes the icon in some time later, and no one tells; until then it is at the origin.
+    void lookForPlace() {
+        m_isPlaced = m_tray && m_tray->geometry().topLeft() != QPoint(0, 0);
+        if (!m_isPlaced && ++m_looksForPlace < looksAtMost)
+            return;
+        m_placeTimer.stop();
+        call(onPlaced);
     }
 
     void makeStrip() {
@@ -143,7 +161,8 @@ private:
         auto const pointer = QCursor::pos();
         m_lastClick = Rect{pointer.x() - guessedIconSize / 2.0, pointer.y() - guessedIconSize / 2.0,
                            guessedIconSize, guessedIconSize};
-        if (reason == QSystemTrayIcon::Trigger)
+        // The second press of a quick two comes as a double click alone.
+        if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick)
             call(onLeftClick);
         else if (reason == QSystemTrayIcon::Context)
             call(onRightClick);
@@ -184,6 +203,9 @@ private:
     std::unique_ptr<StatusStrip> m_strip;
     std::unique_ptr<QMenu> m_menu;
     std::optional<Rect> m_lastClick;
+    QTimer m_placeTimer;
+    int m_looksForPlace = 0;
+    bool m_isPlaced = false;
     QDBusServiceWatcher m_hosts;
     std::optional<DropCatcher> m_catcher;
     Subscription m_events;

@@ -14,8 +14,9 @@ namespace {
 /// An unused renderer process is let go after this time.
 constexpr std::chrono::seconds idleTime{10};
 
-void runAtLowPriority() {
-    setpriority(PRIO_PROCESS, static_cast<id_t>(syscall(SYS_gettid)), 5);
+/// What the user does comes before what the user sees.
+void yieldToTheUser() {
+    setpriority(PRIO_PROCESS, static_cast<id_t>(syscall(SYS_gettid)), 1);
 }
 } // namespace
 
@@ -68,7 +69,7 @@ void WorkerPool::cancel(std::uint64_t id) {
 }
 
 void WorkerPool::work() {
-    runAtLowPriority();
+    yieldToTheUser();
     RendererClient renderer(m_options.renderer);
     std::unique_lock lock(m_mutex);
     while (true) {

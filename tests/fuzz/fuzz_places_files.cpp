@@ -1,0 +1,8 @@
+#include "Fuzz.h"
+
+#include "platform/linux/PlacesFiles.h"
+
+void taliro::tryBytes(std::string_view bytes) {
+    parseGtkBookmarks(bytes);
+    parseKdePlaces(bytes);
+}

@@ -1,0 +1,7 @@
+#include "Fuzz.h"
+
+#include "platform/linux/RecentlyUsedFile.h"
+
+void taliro::tryBytes(std::string_view bytes) {
+    parseRecentlyUsed(bytes);
+}
