@@ -29,5 +29,4 @@ int main(int argc, char** argv) {
     bool const measured[]{bench::measureCopying(), bench::measureHotkey(), bench::measureListing(),
                           bench::measureRecentFiles(), bench::measureThumbnails()};
     return std::ranges::all_of(measured, std::identity{}) ? 0 : 1;
-    return std::ranges::all_of(measured, std::identity{}) ? 0 : 1;
 }

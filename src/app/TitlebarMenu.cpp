@@ -45,9 +45,10 @@ void TitlebarMenu::addOverflowMenu() {
     auto const add = [&](char const* symbol, QString const& title, QKeySequence const& key,
                          std::function<void()> const& command) {
         auto* action = menu->addAction(symbolIcon(symbol), title);
-        // To be read; the main menu is where the key works.
-        action->setShortcut(key);
-        action->setShortcutContext(Qt::WidgetShortcut);
+        // To be read while the menu is open: the main menu is where the key works, in both places it would in
+        // neither.
+        connect(menu, &QMenu::aboutToShow, action, [action, key] { action->setShortcut(key); });
+        connect(menu, &QMenu::aboutToHide, action, [action] { action->setShortcut({}); });
         action->setEnabled(static_cast<bool>(command));
         connect(action, &QAction::triggered, this, [command] { command(); });
     };
@@ -56,8 +57,6 @@ void TitlebarMenu::addOverflowMenu() {
     menu->addSeparator();
     add("power", tr("Quit Taliro"), QKeySequence(Qt::CTRL | Qt::Key_Q), commands.quit);
     m_overflow->setMenu(menu);
-    // The keys are shown here and work through the main menu; in both places, they would in neither.
-    m_overflow->removeAction(menu->menuAction());
 }
 
 } // namespace taliro
