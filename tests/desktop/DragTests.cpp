@@ -15,10 +15,14 @@ struct Spot {
 class Client {
 public:
     Client(Desktop& desktop, std::string const& program, std::vector<std::string> arguments)
-        : m_display(desktop.display()), m_log(desktop.log(std::filesystem::path(program).filename())) {
+        : m_display(desktop.display()), m_log(desktop.log("client " + std::to_string(++m_started))) {
         arguments.insert(arguments.begin(), {program, "40", "500"});
         m_process = Process(arguments, desktop.environment(), m_log);
         EXPECT_TRUE(waitFor([&] { return place().width > 0; })) << said();
+    }
+    ~Client() {
+        m_process.terminate();
+        EXPECT_TRUE(waitFor([&] { return place().width == 0; })); // else the next would be taken for it
     }
     Spot middle() { return {place().midX(), place().midY()}; }
     std::string said() const { return contentsOf(m_log); }
@@ -36,6 +40,8 @@ private:
                 return window.place;
         return {};
     }
+
+    static inline int m_started = 0;
 
     Display& m_display;
     std::filesystem::path m_log;
@@ -125,8 +131,8 @@ TEST_F(Drag, FilesAreMovedInAndCopiedWithTheKey) {
         hand.press(client.middle());
         ASSERT_TRUE(hand.hover(place, [&] { return client.says("action move"); })) << client.said();
         hand.release();
-        EXPECT_TRUE(waitFor([&] { return exists("Work/first.txt") && client.says("ended move"); }));
-        EXPECT_FALSE(exists("first.txt"));
+        EXPECT_TRUE(waitFor([&] { return exists("Work/first.txt") && !exists("first.txt"); }));
+        EXPECT_TRUE(waitFor([&] { return client.says("ended move"); })) << client.said();
     }
     auto client = source({"text/uri-list", addressOf("second.txt")});
     hand.press(client.middle());
@@ -153,8 +159,7 @@ TEST_F(Drag, RestingOnFoldersOpensThemTwoDeep) {
     ASSERT_TRUE(hand.hover(row("outer", "inner"), shows("innermost"))) << client.said();
     ASSERT_TRUE(hand.hover(emptyIn("inner"), [&] { return client.says("action move"); })) << client.said();
     hand.release();
-    EXPECT_TRUE(waitFor([&] { return exists("Work/outer/inner/file.txt"); }));
-    EXPECT_FALSE(exists("file.txt"));
+    EXPECT_TRUE(waitFor([&] { return exists("Work/outer/inner/file.txt") && !exists("file.txt"); }));
 }
 
 TEST_F(Drag, RecentsTakeNothing) {
