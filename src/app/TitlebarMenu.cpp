@@ -44,11 +44,10 @@ void TitlebarMenu::addOverflowMenu() {
     auto* menu = new QMenu(m_overflow);
     auto const add = [&](char const* symbol, QString const& title, QKeySequence const& key,
                          std::function<void()> const& command) {
-        auto* action = menu->addAction(symbolIcon(symbol), title);
-        // To be read while the menu is open: the main menu is where the key works, in both places it would in
+        // The key is only to be read: the main menu is where it works, and in both places it would in
         // neither.
-        connect(menu, &QMenu::aboutToShow, action, [action, key] { action->setShortcut(key); });
-        connect(menu, &QMenu::aboutToHide, action, [action] { action->setShortcut({}); });
+        auto const text = key.isEmpty() ? title : title + u'\t' + key.toString(QKeySequence::NativeText);
+        auto* action = menu->addAction(symbolIcon(symbol), text);
         action->setEnabled(static_cast<bool>(command));
         connect(action, &QAction::triggered, this, [command] { command(); });
     };

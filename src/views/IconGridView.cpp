@@ -104,7 +104,7 @@ int IconGridView::scrollStep() const {
     return rowPitch / 3;
 }
 
-std::optional<Url> IconGridView::alsoSelected() const {
+std::optional<Url> const& IconGridView::alsoSelected() const {
     return state().selection.get();
 }
 
