@@ -69,7 +69,6 @@ RecorderCocoa::RecorderCocoa(KeyboardShortcuts& shortcuts, Alerts& alerts, Name 
     setMinimumWidth(narrowest);
     setAccessibleName(tr("Keyboard shortcut"));
     setPlaceholderText(qtText(texts::recordShortcut));
-    setAlignment(Qt::AlignCenter);
     m_cancelButton->setFocusPolicy(Qt::NoFocus);
     m_cancelButton->setCursor(Qt::ArrowCursor);
     m_cancelButton->setFixedSize(18, 18);
@@ -101,7 +100,7 @@ void RecorderCocoa::showShortcut() {
 void RecorderCocoa::showClearButton() {
     bool const shown = !this->text().isEmpty();
     m_cancelButton->setVisible(shown);
-    setTextMargins(shown ? m_cancelButton->width() : 0, 0, shown ? m_cancelButton->width() : 0, 0);
+    setTextMargins(0, 0, shown ? m_cancelButton->width() : 0, 0);
 }
 
 void RecorderCocoa::resizeEvent(QResizeEvent* event) {

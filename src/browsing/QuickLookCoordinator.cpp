@@ -11,11 +11,12 @@ std::function<PreviewPanel*()>& provided() {
 }
 } // namespace
 
-QuickLookCoordinator::QuickLookCoordinator(std::function<PreviewPanel*()> panel) : m_panel(std::move(panel)) {}
+QuickLookCoordinator::QuickLookCoordinator(std::function<PreviewPanel*()> panel)
+    : m_panel(std::move(panel)) {}
 
 QuickLookCoordinator& QuickLookCoordinator::shared() {
-    static auto* coordinator =
-        new QuickLookCoordinator([] { return provided() ? provided()() : static_cast<PreviewPanel*>(nullptr); });
+    static auto* coordinator = new QuickLookCoordinator(
+        [] { return provided() ? provided()() : static_cast<PreviewPanel*>(nullptr); });
     return *coordinator;
 }
 

@@ -25,8 +25,8 @@ public:
     virtual bool isVisible() const = 0;
     /// Shows `item`, or nothing, from now on.
     virtual void reloadData(std::optional<QLItem> const& item) = 0;
-    /// Makes the panel a child of the browser's visible window, if there is one, so that it stays above and moves
-    /// with it; without one it stands alone.
+    /// Makes the panel a child of the browser's visible window, if there is one, so that it stays above and
+    /// moves with it; without one it stands alone.
     virtual void attachToBrowserWindow() = 0;
     /// Visible, in front, with the keyboard.
     virtual void makeKeyAndOrderFront() = 0;

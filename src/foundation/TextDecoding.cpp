@@ -46,7 +46,8 @@ std::optional<std::string> convert(std::string_view bytes, char const* encoding)
     Converter const converter(ucnv_open(encoding, &status), &ucnv_close);
     if (U_FAILURE(status))
         return std::nullopt;
-    icu::UnicodeString const text(bytes.data(), static_cast<std::int32_t>(bytes.size()), converter.get(), status);
+    icu::UnicodeString const text(bytes.data(), static_cast<std::int32_t>(bytes.size()), converter.get(),
+                                  status);
     if (U_FAILURE(status))
         return std::nullopt;
     std::string utf8;
@@ -67,7 +68,8 @@ char const* unmarkedWide(std::string_view bytes) {
     return nullptr;
 }
 
-/// A few odd control characters are forgiven, as in captured terminal output; many are the sign of other data.
+/// A few odd control characters are forgiven, as in captured terminal output; many are the sign of other
+/// data.
 bool looksBinary(std::string_view bytes) {
     auto const isOdd = [](char c) {
         auto const byte = static_cast<unsigned char>(c);

@@ -11,8 +11,9 @@ struct DecodedText {
     std::string encoding; ///< "UTF-8", "UTF-16LE", "windows-1252"
 };
 
-/// Text of an unknown encoding: told by its byte order mark, else as UTF-8 where it is, else as the most likely
-/// encoding of its bytes. Nothing for bytes that are no text. A character cut off at the end is left out.
+/// Text of an unknown encoding: told by its byte order mark, else as UTF-8 where it is, else as the most
+/// likely encoding of its bytes. Nothing for bytes that are no text. A character cut off at the end is left
+/// out.
 std::optional<DecodedText> decodeText(std::string_view bytes);
 
 } // namespace taliro

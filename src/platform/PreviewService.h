@@ -24,9 +24,9 @@ struct PageRequest {
 
 struct PagePicture {
     Picture picture;
-    int pages = 1;        ///< of the whole document
-    int fullWidth = 0;    ///< pixels of an image at its own size; 0 for drawings and pages
-    int fullHeight = 0;   ///< pixels
+    int pages = 1;      ///< of the whole document
+    int fullWidth = 0;  ///< pixels of an image at its own size; 0 for drawings and pages
+    int fullHeight = 0; ///< pixels
 };
 
 struct TextPreview {
@@ -45,8 +45,8 @@ struct ContentSummary {
     bool damaged = false; ///< the counting ended early: unreadable or broken
 };
 
-/// Large pictures and contents of one file, read in the background. Callbacks come on the main thread and end with the
-/// returned subscription, which also ends the work.
+/// Large pictures and contents of one file, read in the background. Callbacks come on the main thread and end
+/// with the returned subscription, which also ends the work.
 class PreviewService {
 public:
     virtual ~PreviewService() = default;
@@ -56,7 +56,8 @@ public:
     /// Nothing where the page can't be drawn. An image is never enlarged beyond its own size.
     [[nodiscard]] virtual Subscription page(PageRequest request,
                                             std::function<void(std::optional<PagePicture>)> completion) = 0;
-    /// The start of a text, at most `limit` bytes of it; nothing where the file is unreadable or holds no text.
+    /// The start of a text, at most `limit` bytes of it; nothing where the file is unreadable or holds no
+    /// text.
     [[nodiscard]] virtual Subscription text(Url const& file, std::size_t limit,
                                             std::function<void(std::optional<TextPreview>)> completion) = 0;
     /// `update` is called several times a second while counting and once when `finished`.

@@ -15,6 +15,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <QWindow>
 
 namespace taliro {
 
@@ -79,6 +80,12 @@ QWidget* PreferencesWindowController::makeWindow() {
     auto frame = window->geometry();
     frame.moveCenter(window->screen()->availableGeometry().center());
     window->move(frame.topLeft());
+    // The browser comes to the front when it gets the keyboard; this stays before it.
+    QObject::connect(qApp, &QGuiApplication::focusWindowChanged, window, [window](QWindow* focused) {
+        bool const isOther = focused && focused != window->windowHandle() && !focused->transientParent();
+        if (isOther && window->isVisible())
+            Platform::current().windowManager.raise(window->winId());
+    });
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, window, &QObject::deleteLater);
     return window;
 }

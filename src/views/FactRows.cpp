@@ -65,7 +65,8 @@ FactRows::Facts factsOf(Platform& platform, Url const& item) {
     FactRows::Facts facts;
     for (auto const& [label, value] : known)
         if (value)
-            facts.emplace_back(QCoreApplication::translate("FactRows", label), QString::fromStdString(*value));
+            facts.emplace_back(QCoreApplication::translate("FactRows", label),
+                               QString::fromStdString(*value));
     return facts;
 }
 

@@ -53,7 +53,9 @@ qreal ImagePreview::fittingScale() const {
 QRectF ImagePreview::target() const {
     QRectF target(QPointF(), naturalSize() * scale());
     auto const room = QSizeF(viewport()->size());
-    auto const place = [](qreal size, qreal room, int scrolled) { return size <= room ? (room - size) / 2 : -scrolled; };
+    auto const place = [](qreal size, qreal room, int scrolled) {
+        return size <= room ? (room - size) / 2 : -scrolled;
+    };
     target.moveTo(place(target.width(), room.width(), horizontalScrollBar()->value()),
                   place(target.height(), room.height(), verticalScrollBar()->value()));
     return target;
@@ -109,7 +111,8 @@ void ImagePreview::paintEvent(QPaintEvent*) {
         return;
     auto const shown = target();
     // Enlarged beyond its pixels, a picture shows them.
-    bool const coarse = shown.width() * devicePixelRatioF() > 3.0 * m_image.width() && m_image.size() == m_fullSize;
+    bool const coarse =
+        shown.width() * devicePixelRatioF() > 3.0 * m_image.width() && m_image.size() == m_fullSize;
     painter.setRenderHint(QPainter::SmoothPixmapTransform, !coarse);
     painter.drawImage(shown, m_image);
 }

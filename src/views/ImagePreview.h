@@ -7,7 +7,8 @@
 
 namespace taliro {
 
-/// One picture, fitted into the view or zoomed into: with the wheel and Control, a double click, the keys + - 0.
+/// One picture, fitted into the view or zoomed into: with the wheel and Control, a double click, the keys + -
+/// 0.
 class ImagePreview : public QAbstractScrollArea {
     Q_OBJECT
 

@@ -15,7 +15,10 @@
 namespace taliro {
 
 InspectorPane::InspectorPane(Platform& platform, BrowserState& state, QWidget* parent)
-    : QScrollArea(parent), m_platform(platform), m_state(state), m_refresher(platform.mainQueue, [this] { refresh(); }) {
+    : QScrollArea(parent),
+      m_platform(platform),
+      m_state(state),
+      m_refresher(platform.mainQueue, [this] { refresh(); }) {
     auto const& theme = Theme::current();
     auto* const content = new QWidget;
     m_preview = new ThumbnailView(platform, content);

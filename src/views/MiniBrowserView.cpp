@@ -60,7 +60,7 @@ QWidget* MiniBrowserView::makeHeader() {
     m_forward = new ToolButton("chevron.right", tr("Forward"), 13, header);
     m_location = new LocationButton(header);
     auto* const favorites = new ToolButton("heart", tr("Favorites"), 15, header);
-    auto const setMenu = [](QToolButton& button, std::function<void(QMenu&)> fill) {
+    auto const setMenu = [](auto& button, std::function<void(QMenu&)> fill) {
         auto* const menu = new QMenu(&button);
         QObject::connect(menu, &QMenu::aboutToShow, menu, [menu, fill = std::move(fill)] {
             menu->clear();

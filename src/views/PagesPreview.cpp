@@ -20,7 +20,8 @@ constexpr int longestPage = 8192; ///< pixels
 constexpr int settleTime = 120;   ///< milliseconds
 } // namespace
 
-PagesPreview::PagesPreview(Platform& platform, QWidget* parent) : QAbstractScrollArea(parent), m_platform(platform) {
+PagesPreview::PagesPreview(Platform& platform, QWidget* parent)
+    : QAbstractScrollArea(parent), m_platform(platform) {
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::NoFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -51,7 +51,7 @@ private:
 
     Platform& m_platform;
     std::optional<Url> m_document;
-    int m_pages = 0; ///< 0: not known yet
+    int m_pages = 0;               ///< 0: not known yet
     qreal m_heightOfWidth = 1.414; ///< of the first page
     std::map<int, Page> m_kept;
     QTimer m_settled;

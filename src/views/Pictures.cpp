@@ -11,9 +11,10 @@ QImage toImage(Picture const& picture) {
     if (picture.isEmpty())
         return {};
     auto* const held = new Picture(picture);
-    return QImage(reinterpret_cast<uchar const*>(held->pixels.get()), held->width, held->height, held->width * 4,
-                  QImage::Format_ARGB32_Premultiplied, [](void* pixels) { delete static_cast<Picture*>(pixels); },
-                  held);
+    return QImage(
+        reinterpret_cast<uchar const*>(held->pixels.get()), held->width, held->height, held->width * 4,
+        QImage::Format_ARGB32_Premultiplied, [](void* pixels) { delete static_cast<Picture*>(pixels); },
+        held);
 }
 
 void drawFitted(QPainter& painter, QRectF const& box, QImage const& image) {

@@ -49,7 +49,8 @@ void SummaryPreview::setItem(Url const& item, bool holdsOthers) {
     m_contents->setVisible(holdsOthers);
     m_request.cancel();
     if (holdsOthers)
-        m_request = m_platform.previews.summary(item, [this](ContentSummary const& summary) { show(summary); });
+        m_request =
+            m_platform.previews.summary(item, [this](ContentSummary const& summary) { show(summary); });
 }
 
 void SummaryPreview::show(ContentSummary const& summary) {
@@ -70,7 +71,8 @@ void SummaryPreview::show(ContentSummary const& summary) {
         names.append(shownName(name));
     auto text = names.join(QStringLiteral(" · "));
     if (summary.finished && summary.damaged)
-        text = items == 0 ? tr("The contents can’t be read.") : tr("%1\nNot everything could be read.").arg(text);
+        text = items == 0 ? tr("The contents can’t be read.")
+                          : tr("%1\nNot everything could be read.").arg(text);
     m_contents->setText(text);
 }
 

@@ -30,66 +30,95 @@ struct Known {
 std::vector<Known> const& knownLanguages() {
     static std::vector<Known> const known = [] {
         std::vector<Known> list;
-        list.push_back({cLike("alignas auto bool break case catch char char8_t class co_await co_return co_yield concept "
-                              "const consteval constexpr constinit continue decltype default delete do double else enum "
-                              "explicit export extern false final float for friend goto if import inline int long mutable "
-                              "namespace new noexcept nullptr operator override private protected public requires return "
-                              "short signed sizeof static static_assert static_cast struct switch template this throw true "
-                              "try typedef typename union unsigned using virtual void volatile while #include #define #if "
-                              "#ifdef #ifndef #else #elif #endif #pragma #undef"),
-                        {".c", ".h", ".cc", ".cpp", ".cxx", ".hpp", ".hh", ".ino", ".cu", ".glsl", ".m", ".mm"}});
-        list.push_back({cLike("abstract as async await boolean break case catch class const continue debugger declare default "
-                              "delete do else enum export extends false final finally for from function if implements import "
-                              "in instanceof int interface let new null of package private protected public readonly return "
-                              "static super switch synchronized this throw throws true try type typeof undefined var void "
-                              "while with yield"),
-                        {".js", ".mjs", ".ts", ".tsx", ".jsx", ".java", ".cs", ".groovy", ".scala", ".dart", ".php"}});
-        list.push_back({cLike("as async await break case class const continue crate default defer dyn else enum extern fallthrough "
-                              "false fn for func fun go guard if impl import in interface internal let loop map match mod move "
-                              "mut nil override package private protocol pub public range ref return select self Self static "
-                              "struct super switch throw throws trait true try type unsafe use val var where while"),
-                        {".rs", ".go", ".swift", ".kt", ".kts", ".zig"}});
-        auto python = hashed("False None True and as assert async await break class continue def del elif else except finally "
-                             "for from global if import in is lambda match nonlocal not or pass raise return self try while "
-                             "with yield");
+        list.push_back(
+            {cLike(
+                 "alignas auto bool break case catch char char8_t class co_await co_return co_yield concept "
+                 "const consteval constexpr constinit continue decltype default delete do double else enum "
+                 "explicit export extern false final float for friend goto if import inline int long mutable "
+                 "namespace new noexcept nullptr operator override private protected public requires return "
+                 "short signed sizeof static static_assert static_cast struct switch template this throw "
+                 "true "
+                 "try typedef typename union unsigned using virtual void volatile while #include #define #if "
+                 "#ifdef #ifndef #else #elif #endif #pragma #undef"),
+             {".c", ".h", ".cc", ".cpp", ".cxx", ".hpp", ".hh", ".ino", ".cu", ".glsl", ".m", ".mm"}});
+        list.push_back(
+            {cLike(
+                 "abstract as async await boolean break case catch class const continue debugger declare "
+                 "default "
+                 "delete do else enum export extends false final finally for from function if implements "
+                 "import "
+                 "in instanceof int interface let new null of package private protected public readonly "
+                 "return "
+                 "static super switch synchronized this throw throws true try type typeof undefined var void "
+                 "while with yield"),
+             {".js", ".mjs", ".ts", ".tsx", ".jsx", ".java", ".cs", ".groovy", ".scala", ".dart", ".php"}});
+        list.push_back(
+            {cLike("as async await break case class const continue crate default defer dyn else enum extern "
+                   "fallthrough "
+                   "false fn for func fun go guard if impl import in interface internal let loop map match "
+                   "mod move "
+                   "mut nil override package private protocol pub public range ref return select self Self "
+                   "static "
+                   "struct super switch throw throws trait true try type unsafe use val var where while"),
+             {".rs", ".go", ".swift", ".kt", ".kts", ".zig"}});
+        auto python = hashed(
+            "False None True and as assert async await break class continue def del elif else except finally "
+            "for from global if import in is lambda match nonlocal not or pass raise return self try while "
+            "with yield");
         python.blocks = {{"\"\"\"", "\"\"\""}, {"'''", "'''"}};
         list.push_back({std::move(python), {".py", ".pyi", ".pyw", "sconstruct"}});
-        list.push_back({hashed("alias begin break case cd class def do done echo elif else end ensure esac eval exec exit export "
-                               "fi for function if in local module nil private public readonly require rescue return self set "
+        list.push_back({hashed("alias begin break case cd class def do done echo elif else end ensure esac "
+                               "eval exec exit export "
+                               "fi for function if in local module nil private public readonly require "
+                               "rescue return self set "
                                "shift source test then trap true false unless unset until when while yield"),
-                        {".sh", ".bash", ".zsh", ".fish", ".rb", ".pl", ".pm", ".tcl", ".bashrc", ".profile", "rakefile",
-                         "gemfile", "dockerfile", "pkgbuild"}});
-        list.push_back({hashed("true false null yes no on off if else elseif endif endforeach foreach function endfunction set "
-                               "include ifeq ifneq ifdef define all"),
-                        {".yaml", ".yml", ".toml", ".ini", ".conf", ".cfg", ".desktop", ".service", ".properties", ".cmake",
-                         "makefile", "cmakelists.txt", ".mk", ".gitignore", ".env"}});
-        list.push_back({{.lineComments = {}, .blocks = {}, .quotes = "\"", .keywords = words("true false null")},
-                        {".json", ".geojson", ".webmanifest"}});
-        list.push_back({{.lineComments = {},
-                         .blocks = {{"/*", "*/"}},
-                         .quotes = "\"'",
-                         .keywords = words("@media @import @font-face @keyframes @supports !important inherit none auto var "
-                                           "calc")},
-                        {".css", ".scss", ".less", ".qss"}});
-        list.push_back({{.lineComments = {"--"},
-                         .blocks = {{"/*", "*/"}},
-                         .quotes = "'\"",
-                         .keywords = words("add all alter and as asc begin between by case commit constraint create default "
-                                           "delete desc distinct drop else end exists foreign from group having if in index "
-                                           "inner insert into is join key left like limit not null on or order outer primary "
-                                           "references right select set table then union unique update values view when where "
-                                           "with"),
-                         .ignoresCase = true},
-                        {".sql"}});
-        list.push_back({{.lineComments = {"--"},
-                         .blocks = {{"--[[", "]]"}, {"{-", "-}"}},
-                         .quotes = "\"'",
-                         .keywords = words("and case class data deriving do else elseif end false for function if import in "
-                                           "instance let local module nil not of or repeat return then true type until where "
-                                           "while")},
-                        {".lua", ".hs", ".elm"}});
-        list.push_back({{.lineComments = {}, .blocks = {{"<!--", "-->"}}, .quotes = "\"'", .keywords = {}, .isMarkup = true},
-                        {".html", ".htm", ".xml", ".xhtml", ".svg", ".plist", ".ui", ".qrc", ".rss", ".xsl", ".vue"}});
+                        {".sh", ".bash", ".zsh", ".fish", ".rb", ".pl", ".pm", ".tcl", ".bashrc", ".profile",
+                         "rakefile", "gemfile", "dockerfile", "pkgbuild"}});
+        list.push_back(
+            {hashed("true false null yes no on off if else elseif endif endforeach foreach function "
+                    "endfunction set "
+                    "include ifeq ifneq ifdef define all"),
+             {".yaml", ".yml", ".toml", ".ini", ".conf", ".cfg", ".desktop", ".service", ".properties",
+              ".cmake", "makefile", "cmakelists.txt", ".mk", ".gitignore", ".env"}});
+        list.push_back(
+            {{.lineComments = {}, .blocks = {}, .quotes = "\"", .keywords = words("true false null")},
+             {".json", ".geojson", ".webmanifest"}});
+        list.push_back(
+            {{.lineComments = {},
+              .blocks = {{"/*", "*/"}},
+              .quotes = "\"'",
+              .keywords =
+                  words("@media @import @font-face @keyframes @supports !important inherit none auto var "
+                        "calc")},
+             {".css", ".scss", ".less", ".qss"}});
+        list.push_back(
+            {{.lineComments = {"--"},
+              .blocks = {{"/*", "*/"}},
+              .quotes = "'\"",
+              .keywords =
+                  words("add all alter and as asc begin between by case commit constraint create default "
+                        "delete desc distinct drop else end exists foreign from group having if in index "
+                        "inner insert into is join key left like limit not null on or order outer primary "
+                        "references right select set table then union unique update values view when where "
+                        "with"),
+              .ignoresCase = true},
+             {".sql"}});
+        list.push_back(
+            {{.lineComments = {"--"},
+              .blocks = {{"--[[", "]]"}, {"{-", "-}"}},
+              .quotes = "\"'",
+              .keywords =
+                  words("and case class data deriving do else elseif end false for function if import in "
+                        "instance let local module nil not of or repeat return then true type until where "
+                        "while")},
+             {".lua", ".hs", ".elm"}});
+        list.push_back(
+            {{.lineComments = {},
+              .blocks = {{"<!--", "-->"}},
+              .quotes = "\"'",
+              .keywords = {},
+              .isMarkup = true},
+             {".html", ".htm", ".xml", ".xhtml", ".svg", ".plist", ".ui", ".qrc", ".rss", ".xsl", ".vue"}});
         return list;
     }();
     return known;
@@ -108,7 +137,8 @@ bool startsAt(QString const& text, qsizetype position, std::string_view part) {
 
 Language const* languageOf(std::string_view name) {
     std::string lower(name);
-    std::ranges::transform(lower, lower.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    std::ranges::transform(lower, lower.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     for (auto const& known : knownLanguages())
         for (auto const ending : known.endings)
             if (ending.starts_with('.') ? lower.ends_with(ending) : lower == ending)
@@ -134,7 +164,8 @@ void SyntaxHighlighter::highlightBlock(QString const& text) {
     while (position < text.size()) {
         if (inside >= 0) {
             auto const end = m_language.blocks[static_cast<std::size_t>(inside)].second;
-            auto const found = text.indexOf(QLatin1StringView(end.data(), static_cast<qsizetype>(end.size())), position);
+            auto const found =
+                text.indexOf(QLatin1StringView(end.data(), static_cast<qsizetype>(end.size())), position);
             auto const stop = found < 0 ? text.size() : found + static_cast<qsizetype>(end.size());
             setFormat(static_cast<int>(position), static_cast<int>(stop - position), m_comment);
             if (found < 0)
@@ -143,8 +174,9 @@ void SyntaxHighlighter::highlightBlock(QString const& text) {
             position = stop;
             continue;
         }
-        auto const block = std::ranges::find_if(
-            m_language.blocks, [&](auto const& candidate) { return startsAt(text, position, candidate.first); });
+        auto const block = std::ranges::find_if(m_language.blocks, [&](auto const& candidate) {
+            return startsAt(text, position, candidate.first);
+        });
         if (block != m_language.blocks.end()) {
             auto const length = static_cast<int>(block->first.size());
             setFormat(static_cast<int>(position), length, m_comment);
@@ -164,7 +196,8 @@ qsizetype SyntaxHighlighter::highlightToken(QString const& text, qsizetype start
             return text.size();
         }
     auto const c = text[start];
-    if (c.unicode() < 0x80 && m_language.quotes.find(static_cast<char>(c.unicode())) != std::string_view::npos) {
+    if (c.unicode() < 0x80 &&
+        m_language.quotes.find(static_cast<char>(c.unicode())) != std::string_view::npos) {
         auto const end = endOfQuote(text, start);
         setFormat(static_cast<int>(start), static_cast<int>(end - start), m_string);
         return end;
@@ -176,7 +209,8 @@ qsizetype SyntaxHighlighter::highlightToken(QString const& text, qsizetype start
 
 qsizetype SyntaxHighlighter::highlightWord(QString const& text, qsizetype start) {
     auto end = start + 1;
-    if (m_language.isMarkup && text[start] == u'<' && end < text.size() && (text[end] == u'/' || text[end] == u'?'))
+    if (m_language.isMarkup && text[start] == u'<' && end < text.size() &&
+        (text[end] == u'/' || text[end] == u'?'))
         ++end;
     auto const isNumber = text[start].isDigit();
     while (end < text.size() && (isWordCharacter(text[end]) || (isNumber && text[end] == u'.') ||

@@ -8,9 +8,10 @@ namespace taliro {
 
 /// What a language's texts are made of, as far as colouring goes.
 struct Language {
-    std::vector<std::string_view> lineComments;                    ///< what they begin with
-    std::vector<std::pair<std::string_view, std::string_view>> blocks; ///< comments or texts over several lines
-    std::string_view quotes;                                       ///< characters that enclose a text in a line
+    std::vector<std::string_view> lineComments; ///< what they begin with
+    std::vector<std::pair<std::string_view, std::string_view>>
+        blocks;              ///< comments or texts over several lines
+    std::string_view quotes; ///< characters that enclose a text in a line
     QStringList keywords;
     bool ignoresCase = false;
     bool isMarkup = false; ///< tags and attributes instead of words

@@ -13,7 +13,8 @@ namespace taliro {
 
 struct Platform;
 
-/// A card with a large thumbnail of one file: turning dots until it is there, the file's icon if it never will.
+/// A card with a large thumbnail of one file: turning dots until it is there, the file's icon if it never
+/// will.
 class ThumbnailView : public QWidget {
     Q_OBJECT
 

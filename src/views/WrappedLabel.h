@@ -6,8 +6,8 @@
 
 namespace taliro {
 
-/// A text of at most a few lines, broken anywhere if need be and cut in the middle: names have no spaces to break at,
-/// and their ends tell as much as their beginnings.
+/// A text of at most a few lines, broken anywhere if need be and cut in the middle: names have no spaces to
+/// break at, and their ends tell as much as their beginnings.
 class WrappedLabel : public QLabel {
     Q_OBJECT
 

@@ -61,8 +61,15 @@ struct Browser {
         SCOPED_TRACE(std::string(chord));
         expectSelected(expected);
     }
+    /// Where it is once it moves no more.
+    Place settledPlace(QString const& role, QString const& name) {
+        auto const one = program->tree().expect(role, name);
+        Place place;
+        EXPECT_TRUE(waitFor([&] { return std::exchange(place, one.place()) == place; }));
+        return place;
+    }
     void click(QString const& row, int times = 1) {
-        auto const place = program->tree().expect("list item", row).place();
+        auto const place = settledPlace("list item", row);
         display.click(place.midX(), place.midY(), 1, times);
     }
     void clickHolding(char const* modifier, QString const& row) {
@@ -147,23 +154,30 @@ TEST(Browser, SearchNarrowsTheRowsAndGivesTheKeyboardBack) {
 TEST(Browser, TheSortMenuChangesKeyAndDirection) {
     Browser browser;
     browser.useList();
-    auto const choose = [&](char const* item) {
-        auto const button = browser.program->tree().expect("push button", "Sort").place();
+    auto const choose = [&](int item) {
+        auto const button = browser.settledPlace("", "Sort");
+        auto const windows = browser.display.windows().size();
         browser.display.click(button.midX(), button.midY());
-        auto const place = browser.program->tree().expect("menu item", item).place();
-        browser.display.click(place.midX(), place.midY());
+        EXPECT_TRUE(waitFor([&] { return browser.display.windows().size() > windows; })) << "no menu";
+        for (int i = 0; i < item; ++i)
+            browser.display.key("Down");
+        browser.display.key("Return");
+        EXPECT_TRUE(waitFor([&] { return browser.display.windows().size() == windows; })) << "the menu stays";
     };
-    choose("Size");
+    constexpr int byName = 1;
+    constexpr int bySize = 4;
+    choose(bySize);
     browser.expectShown("Archive Reports b.txt c.pdf a.txt ");
-    choose("Size");
+    choose(bySize);
     browser.expectShown("a.txt c.pdf b.txt Reports Archive ");
-    choose("Name");
+    choose(byName);
     browser.expectShown("Reports Archive c.pdf b.txt a.txt ");
 }
 
 TEST(Browser, ColumnsOpenByKeyboardAndMouse) {
     Browser browser;
-    browser.display.key("Control+3");
+    auto const toggle = browser.settledPlace("push button", "Hide info for selected item");
+    browser.display.click(toggle.midX(), toggle.midY()); // Room for two columns.
     browser.key("Down", "Archive ");
     browser.expectShown("Archive Reports a.txt b.txt c.pdf old.txt ");
     browser.key("Down", "Reports ");
@@ -175,9 +189,10 @@ TEST(Browser, ColumnsOpenByKeyboardAndMouse) {
     browser.expectShown("Archive Reports a.txt b.txt c.pdf Year may.odt ");
     browser.click("Year");
     browser.expectSelected("Reports Year ");
-    browser.click("a.txt");
-    browser.expectSelected("a.txt ");
-    browser.expectShown("Archive Reports a.txt b.txt c.pdf ");
+    browser.expectShown("Archive Reports a.txt b.txt c.pdf Year may.odt sum.ods ");
+    browser.click("may.odt");
+    browser.expectSelected("Reports may.odt ");
+    browser.expectShown("Archive Reports a.txt b.txt c.pdf Year may.odt ");
     EXPECT_FALSE(browser.program->tree().find("push button", "Back").has(State::enabled))
         << "columns leave no history";
 }

@@ -178,6 +178,7 @@ void PortalHotKeys::endRequest() {
         m_bus.disconnect(service, m_requestPath, requestInterface, QStringLiteral("Response"), this,
                          m_response);
     m_requestPath.clear();
+    m_bindSoon.start(); // Something else may be wanted by now.
 }
 
 bool PortalHotKeys::isAwaited() {

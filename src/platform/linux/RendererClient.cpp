@@ -40,7 +40,8 @@ std::vector<char*> rendererEnvironment() {
     std::vector<char*> result;
     for (auto** variable = environ; *variable; ++variable) {
         std::string_view const text(*variable);
-        if (!text.starts_with("QT_") && !text.starts_with("DISPLAY=") && !text.starts_with("WAYLAND_DISPLAY="))
+        if (!text.starts_with("QT_") && !text.starts_with("DISPLAY=") &&
+            !text.starts_with("WAYLAND_DISPLAY="))
             result.push_back(*variable);
     }
     static char offscreen[] = "QT_QPA_PLATFORM=offscreen";
@@ -90,7 +91,8 @@ void RendererClient::stop() {
         return;
     kill(-m_process, SIGKILL);
     close(m_socket);
-    while (waitpid(m_process, nullptr, 0) < 0 && errno == EINTR) {}
+    while (waitpid(m_process, nullptr, 0) < 0 && errno == EINTR) {
+    }
     m_process = -1;
     m_socket = -1;
 }
@@ -102,7 +104,8 @@ bool RendererClient::send(Task const& task) {
                                .page = task.page,
                                .pathLength = static_cast<std::uint32_t>(task.path.size()),
                                .commandLength = static_cast<std::uint32_t>(task.command.size())};
-    auto message = std::string(reinterpret_cast<char const*>(&header), sizeof header) + task.path + task.command;
+    auto message =
+        std::string(reinterpret_cast<char const*>(&header), sizeof header) + task.path + task.command;
     std::string_view rest = message;
     while (!rest.empty()) {
         auto const sent = ::send(m_socket, rest.data(), rest.size(), MSG_NOSIGNAL);
@@ -138,9 +141,9 @@ bool RendererClient::receive(void* into, std::size_t size, std::chrono::steady_c
     return true;
 }
 
-std::optional<RendererClient::Drawn> RendererClient::receivePicture(Task const& task,
-                                                                    std::chrono::steady_clock::time_point until,
-                                                                    std::stop_token const& stop) {
+std::optional<RendererClient::Drawn>
+RendererClient::receivePicture(Task const& task, std::chrono::steady_clock::time_point until,
+                               std::stop_token const& stop) {
     RenderReply reply;
     if (!receive(&reply, sizeof reply, until, stop))
         return std::nullopt;
@@ -175,8 +178,10 @@ std::expected<RendererClient::Drawn, RendererClient::Failure> RendererClient::dr
 }
 
 bool RendererClient::summarize(std::string const& path,
-                               std::function<void(ContentSummary const&)> const& update, std::stop_token stop) {
-    if (path.size() > longestText || !start() || !send({.kind = RenderKind::archive, .path = path, .command = {}}))
+                               std::function<void(ContentSummary const&)> const& update,
+                               std::stop_token stop) {
+    if (path.size() > longestText || !start() ||
+        !send({.kind = RenderKind::archive, .path = path, .command = {}}))
         return false;
     auto const until = std::chrono::steady_clock::now() + summaryLimit;
     ContentSummary summary;

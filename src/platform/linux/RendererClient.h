@@ -15,8 +15,8 @@
 
 namespace taliro {
 
-/// Has a picture drawn by a process of its own, which may crash, hang or run out of memory over a bad file: then that
-/// picture fails, and the next one gets a new process. One thread at a time.
+/// Has a picture drawn by a process of its own, which may crash, hang or run out of memory over a bad file:
+/// then that picture fails, and the next one gets a new process. One thread at a time.
 class RendererClient {
 public:
     struct Task {
@@ -40,8 +40,8 @@ public:
     RendererClient& operator=(RendererClient const&) = delete;
 
     std::expected<Drawn, Failure> draw(Task const& task, std::stop_token stop);
-    /// Lists the archive at `path`: `update` hears of the counts so far and of the first names, several times.
-    /// Whether it came to the end.
+    /// Lists the archive at `path`: `update` hears of the counts so far and of the first names, several
+    /// times. Whether it came to the end.
     bool summarize(std::string const& path, std::function<void(ContentSummary const&)> const& update,
                    std::stop_token stop);
     /// Ends the process, if one runs, with all that it started.

@@ -30,7 +30,8 @@ public:
     /// The longest side that the standard has for pictures of `pixels`: 128, 256, 512 or 1024.
     static int sizeFor(int pixels);
 
-    /// A thumbnail of the file as it is now, with a longest side of at least `pixels` if the file has that many.
+    /// A thumbnail of the file as it is now, with a longest side of at least `pixels` if the file has that
+    /// many.
     std::optional<QImage> find(FileStamp const& file, int pixels) const;
     /// Keeps a thumbnail made for `size`. A failure to write is no one's loss.
     void store(FileStamp const& file, QImage image, int size) const;

@@ -39,6 +39,7 @@ UpdateWindow::UpdateWindow() {
     m_progress = new QProgressBar(this);
     m_progress->setRange(0, 0);
     m_progress->setTextVisible(false);
+    m_progress->setFixedHeight(6);
     m_progress->setAccessibleName(tr("Checking for updates…"));
     m_notes = new NotesBrowser(this);
     m_notes->setAccessibleName(tr("What is new"));

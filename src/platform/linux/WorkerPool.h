@@ -14,7 +14,8 @@ namespace taliro {
 
 class RendererClient;
 
-/// A few threads that take the newest job first. Each has a renderer process of its own for jobs that need one.
+/// A few threads that take the newest job first. Each has a renderer process of its own for jobs that need
+/// one.
 class WorkerPool {
 public:
     struct Job {

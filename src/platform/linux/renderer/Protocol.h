@@ -39,7 +39,7 @@ struct SummaryReply {
 /// Sent by the renderer once it is ready to draw.
 inline constexpr std::uint32_t rendererGreeting = 0x54414C52;
 inline constexpr std::size_t mostNames = 12;
-inline constexpr std::int32_t longestSide = 8192;         ///< pixels
-inline constexpr std::uint32_t longestText = 64 * 1024;   ///< bytes of a path or a command
+inline constexpr std::int32_t longestSide = 8192;       ///< pixels
+inline constexpr std::uint32_t longestText = 64 * 1024; ///< bytes of a path or a command
 
 } // namespace taliro
