@@ -227,13 +227,14 @@ std::vector<Listing::Slot> Listing::ordered(SortKey key, bool ascending) const {
     return slots;
 }
 
-std::string const& Listing::lowercasedName(Slot slot) {
-    if (m_lowercased.size() < slots())
-        m_lowercased.resize(slots());
-    auto& name = m_lowercased[slot];
-    if (!name)
-        name = lowercased((*m_entries)[slot].nameView());
-    return *name;
+bool Listing::matches(Slot slot, std::string const& wanted) {
+    auto const name = (*m_entries)[slot].nameView();
+    if (std::ranges::all_of(name, [](char byte) { return static_cast<signed char>(byte) >= 0; }))
+        return DirectoryLoader::matches(name, wanted);
+    auto const [known, isNew] = m_lowercased.try_emplace(slot);
+    if (isNew)
+        known->second = lowercased(name);
+    return known->second.find(wanted) != std::string::npos;
 }
 
 RowList Listing::rows(std::string_view filter, SortKey key, bool ascending) {
@@ -246,7 +247,7 @@ RowList Listing::rows(std::string_view filter, SortKey key, bool ascending) {
         return RowList(m_entries, m_ordered);
     RowList::Order matching;
     std::ranges::copy_if(m_ordered, std::back_inserter(matching),
-                         [&](Slot slot) { return lowercasedName(slot).find(wanted) != std::string::npos; });
+                         [&](Slot slot) { return matches(slot, wanted); });
     return RowList(m_entries, std::move(matching));
 }
 

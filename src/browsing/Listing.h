@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -70,13 +71,13 @@ private:
     void insertByName(Slot slot);
     std::vector<Slot> ordered(SortKey key, bool ascending) const;
     std::vector<std::int64_t> kindRanks() const;
-    std::string const& lowercasedName(Slot slot);
+    bool matches(Slot slot, std::string const& wanted);
 
     std::shared_ptr<RowList::Entries> m_entries; ///< only ever appended to
     std::vector<std::string> m_nameKeys;         ///< a slot's name as the locale orders it
     std::vector<Slot> m_byName;                  ///< slots in use
     std::vector<Slot> m_nameRank; ///< a slot's place by name; names that compare the same share it
-    std::vector<std::optional<std::string>> m_lowercased;
+    std::unordered_map<Slot, std::string> m_lowercased; ///< names that take more than ASCII
 
     std::vector<Slot> m_ordered; ///< by the order asked for last
     std::optional<std::pair<SortKey, bool>> m_orderedBy;

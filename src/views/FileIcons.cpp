@@ -17,7 +17,7 @@ FileIcons& FileIcons::shared() {
 FileIcons::FileIcons(TypeCatalog& types) : m_types(types) {
     // A bare window manager names no icon theme.
     if (QIcon::themeName().isEmpty() || QIcon::themeName() == QStringLiteral("hicolor"))
-        QIcon::setFallbackThemeName(QStringLiteral("Adwaita"));
+        QIcon::setThemeName(QStringLiteral("Adwaita"));
 }
 
 QIcon const& FileIcons::iconOf(std::string const& mimeType) {
