@@ -12,6 +12,7 @@
 #include <memory>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace taliro::bench {
 
@@ -166,43 +167,38 @@ bool measureHotkey() {
         for (auto key : {control, alt, super})
             seat.key(key, down);
     };
-    auto const hideOurs = [&] {
-        if (seat.look() == 0)
-            return;
-        holdModifiers(true);
-        seat.key(p, true);
-        seat.key(p, false);
-        holdModifiers(false);
+    bool isOursShown = true;
+    auto const hideAll = [&] {
+        bare.hide();
+        if (std::exchange(isOursShown, false)) {
+            holdModifiers(true);
+            seat.key(p, true);
+            seat.key(p, false);
+            holdModifiers(false);
+        }
         seat.see(false);
     };
-    return compare("press the shortcut, see the browser",
-                   {"ours",
-                    [&] {
-                        seat.key(p, true);
-                        std::size_t const seen = seat.stareUntilSeen();
-                        seat.key(p, false);
-                        holdModifiers(false);
-                        return seen;
-                    },
-                    [&] {
-                        bare.hide();
-                        hideOurs();
-                        holdModifiers(true);
-                    }},
-                   {{"xcb, an empty window",
-                     [&] {
-                         seat.key(f12, true);
-                         bare.showWhenPressed();
-                         std::size_t const seen = seat.stareUntilSeen();
-                         seat.key(f12, false);
-                         return seen;
-                     },
-                     [&] {
-                         holdModifiers(false);
-                         bare.hide();
-                         hideOurs();
-                         seat.see(false);
-                     }}});
+    auto const prepareOurs = [&] {
+        hideAll();
+        holdModifiers(true);
+    };
+    auto const pressOurs = [&]() -> std::size_t {
+        seat.key(p, true);
+        bool const seen = seat.stareUntilSeen();
+        isOursShown = true;
+        seat.key(p, false);
+        holdModifiers(false);
+        return seen;
+    };
+    auto const pressBare = [&]() -> std::size_t {
+        seat.key(f12, true);
+        bare.showWhenPressed();
+        bool const seen = seat.stareUntilSeen();
+        seat.key(f12, false);
+        return seen;
+    };
+    return compare("press the shortcut, see the browser", {"ours", pressOurs, prepareOurs},
+                   {{"xcb, an empty window", pressBare, hideAll}});
 }
 
 } // namespace taliro::bench

@@ -44,10 +44,10 @@ void TitlebarMenu::addOverflowMenu() {
     auto* menu = new QMenu(m_overflow);
     auto const add = [&](char const* symbol, QString const& title, QKeySequence const& key,
                          std::function<void()> const& command) {
-        auto* action = menu->addAction(symbolIcon(symbol), title);
-        // To be read; the main menu is where the key works.
-        action->setShortcut(key);
-        action->setShortcutContext(Qt::WidgetShortcut);
+        // The key is only to be read: the main menu is where it works, and in both places it would in
+        // neither.
+        auto const text = key.isEmpty() ? title : title + u'\t' + key.toString(QKeySequence::NativeText);
+        auto* action = menu->addAction(symbolIcon(symbol), text);
         action->setEnabled(static_cast<bool>(command));
         connect(action, &QAction::triggered, this, [command] { command(); });
     };
@@ -56,8 +56,6 @@ void TitlebarMenu::addOverflowMenu() {
     menu->addSeparator();
     add("power", tr("Quit Taliro"), QKeySequence(Qt::CTRL | Qt::Key_Q), commands.quit);
     m_overflow->setMenu(menu);
-    // The keys are shown here and work through the main menu; in both places, they would in neither.
-    m_overflow->removeAction(menu->menuAction());
 }
 
 } // namespace taliro

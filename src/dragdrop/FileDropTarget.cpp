@@ -83,8 +83,8 @@ bool FileDropTarget::dropped(QDropEvent& event) {
     else if (isTarget())
         target = m_places.destination();
     dragLeft();
-    auto const operation = answerWithOperation(event, m_carriesFiles);
     auto const pasteboard = pasteboardOf(*event.mimeData());
+    auto const operation = answerWithOperation(event, !pasteboard.fileUrls().empty());
     if (!target || !m_handler.routeDrop(pasteboard, *target, operation == DropOperation::copy))
         event.ignore();
     return true;

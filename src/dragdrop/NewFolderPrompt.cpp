@@ -51,6 +51,7 @@ protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         fillRounded(painter, rect(), cornerRadius, colors().window);
+        strokeRounded(painter, rect(), cornerRadius, faded(colors().text1, .08)); // sets it off in the dark
     }
 };
 

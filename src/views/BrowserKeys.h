@@ -3,7 +3,7 @@
 #include "browsing/ArrowKeyNav.h"
 #include "browsing/BrowserState.h"
 
-#include <functional>
+#include <Qt>
 #include <optional>
 
 class QKeyEvent;

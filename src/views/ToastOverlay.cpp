@@ -44,7 +44,7 @@ QStringList wrapped(QString const& text, QFont const& font, int width) {
 
 void drawCard(QPainter& painter, QRect const& card, ToastCenter::Toast const& toast) {
     drawShadow(painter, card, cornerRadius, shadow);
-    fillRounded(painter, card, cornerRadius, faded(colors().window, .94));
+    fillRounded(painter, card, cornerRadius, faded(colors().window, .97));
     strokeRounded(painter, card, cornerRadius, faded(colors().text1, .08), .5);
 
     auto const font = Theme::current().font(metrics::list, QFont::Medium);

@@ -75,6 +75,7 @@ public:
 
 private:
     void collect(xcb_window_t window, bool isManaged, std::vector<WindowInfo>& found);
+    void sendButton(int number, bool down);
     void sendKey(std::string_view name, bool down);
     void sendKeysym(std::uint32_t keysym, bool down);
 

@@ -61,8 +61,8 @@ public:
     }
     void release() { m_display.button(1, false); }
     void moveTo(Spot to) {
-        constexpr int steps = 12;
         auto const from = m_at;
+        int const steps = from.x == to.x && from.y == to.y ? 1 : 12;
         for (int i = 1; i <= steps; ++i) {
             m_display.move(from.x + (to.x - from.x) * i / steps, from.y + (to.y - from.y) * i / steps);
             m_display.sync();
@@ -71,10 +71,14 @@ public:
     }
     /// Goes there and trembles until `condition` holds; whether it did in time.
     bool hover(Spot at, std::function<bool()> const& condition) {
-        moveTo(at);
+        return hover([at] { return at; }, condition);
+    }
+    /// The same over what may still move.
+    bool hover(std::function<Spot()> const& where, std::function<bool()> const& condition) {
         int trembling = 0;
         return waitFor([&] {
-            m_display.move(at.x + trembling++ % 3, at.y);
+            moveTo(where());
+            m_display.move(m_at.x + trembling++ % 3, m_at.y);
             m_display.sync();
             return condition();
         });
@@ -94,12 +98,16 @@ protected:
 
     void start(std::string const& folder = "Work") {
         program = std::make_unique<Program>(desktop, std::vector{(desktop.home() / folder).string()});
+        // One list, in which a resting drag opens folders and closes none.
+        auto const list = program->tree().expect("radio button", "List").place();
+        display.click(list.midX(), list.midY());
+        program->tree().expect("list", "Files");
     }
     Client source(std::vector<std::string> const& offered) { return Client(desktop, DRAG_SOURCE, offered); }
     std::string addressOf(std::string const& path) { return "file://" + (desktop.home() / path).string(); }
     bool exists(std::string const& path) { return std::filesystem::exists(desktop.home() / path); }
 
-    /// Where it is once it has come to rest: panes glide into sight.
+    /// Where it is once it has come to rest: lists scroll.
     static Place settled(Accessible const& item) {
         Place last;
         EXPECT_TRUE(waitFor([&] {
@@ -109,13 +117,23 @@ protected:
         return last;
     }
     /// In the first half of a row, where its icon and name are.
-    Spot row(QString const& list, QString const& name) {
-        auto const place = settled(program->tree().expect("list", list).expect("list item", name));
+    Spot row(QString const& name) {
+        auto const place = settled(program->tree().expect("list", "Files").expect("list item", name));
         return {place.x + place.width / 4, place.midY()};
     }
-    /// Somewhere below the rows of a list.
-    Spot emptyIn(QString const& list) {
-        auto const place = settled(program->tree().expect("list", list));
+    /// The same at any time; where the row was last once it is gone.
+    std::function<Spot()> over(QString const& name) {
+        return [this, name, last = row(name)]() mutable {
+            auto const place = program->tree().find("list", "Files").find("list item", name).place();
+            return place.width > 0 ? last = Spot{place.x + place.width / 4, place.midY()} : last;
+        };
+    }
+    bool shows(QString const& name) {
+        return static_cast<bool>(program->tree().find("list", "Files").find("list item", name));
+    }
+    /// Somewhere below the rows.
+    Spot belowRows() {
+        auto const place = settled(program->tree().expect("list", "Files"));
         return {place.midX(), place.maxY() - 40};
     }
 };
@@ -125,7 +143,7 @@ TEST_F(Drag, FilesAreMovedInAndCopiedWithTheKey) {
     desktop.write("first.txt", "1");
     desktop.write("second.txt", "2");
     start();
-    auto const place = emptyIn("Work");
+    auto const place = belowRows();
     {
         auto client = source({"text/uri-list", addressOf("first.txt")});
         hand.press(client.middle());
@@ -147,28 +165,30 @@ TEST_F(Drag, FilesAreMovedInAndCopiedWithTheKey) {
 }
 
 TEST_F(Drag, RestingOnFoldersOpensThemTwoDeep) {
-    desktop.makeFolder("Work/outer/inner/innermost");
+    // No folder lies where the one before was opened, for it would open as well.
+    desktop.makeFolder("Work/above");
+    desktop.write("Work/outer/inner/found.txt");
     desktop.write("file.txt");
     start();
     auto client = source({"text/uri-list", addressOf("file.txt")});
     hand.press(client.middle());
-    auto const shows = [&](QString const& name) {
-        return [this, name] { return static_cast<bool>(program->tree().find("list item", name)); };
-    };
-    ASSERT_TRUE(hand.hover(row("Work", "outer"), shows("inner"))) << client.said();
-    ASSERT_TRUE(hand.hover(row("outer", "inner"), shows("innermost"))) << client.said();
-    ASSERT_TRUE(hand.hover(emptyIn("inner"), [&] { return client.says("action move"); })) << client.said();
+    ASSERT_TRUE(hand.hover(over("outer"), [&] { return shows("inner"); })) << client.said();
+    ASSERT_TRUE(hand.hover(over("inner"), [&] { return shows("found.txt"); })) << client.said();
+    hand.moveTo(belowRows());
     hand.release();
-    EXPECT_TRUE(waitFor([&] { return exists("Work/outer/inner/file.txt") && !exists("file.txt"); }));
+    EXPECT_TRUE(waitFor([&] { return exists("Work/outer/inner/file.txt") && !exists("file.txt"); }))
+        << client.said();
 }
 
 TEST_F(Drag, RecentsTakeNothing) {
-    desktop.makeFolder("Work");
+    desktop.makeFolder("Work/inside");
     desktop.write("file.txt");
     start();
-    auto const list = emptyIn("Work");
-    program->tree().expect("push button", "Recents").act();
-    ASSERT_TRUE(program->tree().waitUntilGone("list", "Work"));
+    program->tree().expect("list item", "inside");
+    auto const list = belowRows();
+    auto const recents = program->tree().expect("push button", "Recents").place();
+    display.click(recents.midX(), recents.midY());
+    ASSERT_TRUE(program->tree().waitUntilGone("list item", "inside"));
     auto const home =
         program->tree().expect("push button", QString::fromStdString(desktop.home().filename())).place();
     auto client = source({"text/uri-list", addressOf("file.txt")});
@@ -185,7 +205,7 @@ TEST_F(Drag, RecentsTakeNothing) {
 TEST_F(Drag, TextBecomesAFile) {
     desktop.makeFolder("Work");
     start();
-    auto const place = emptyIn("Work");
+    auto const place = belowRows();
     auto client = source({"text/plain", "Grüße", "text/html", "<b>Grüße</b>"});
     hand.press(client.middle());
     ASSERT_TRUE(hand.hover(place, [&] { return client.says("action copy"); })) << client.said();
@@ -202,7 +222,7 @@ TEST_F(Drag, TextBecomesAFile) {
 
 TEST_F(Drag, OutToAnotherProgramClosesThePopoverAndWithinItDoesNot) {
     desktop.write("Work/a file.txt");
-    desktop.makeFolder("Work/folder");
+    desktop.write("Work/folder/found.txt");
     std::filesystem::path const defaults = desktop.environment().at("XDG_CONFIG_HOME") + "/taliro";
     std::filesystem::create_directories(defaults);
     std::ofstream(defaults / "defaults.plist")
@@ -212,15 +232,14 @@ TEST_F(Drag, OutToAnotherProgramClosesThePopoverAndWithinItDoesNot) {
     display.expectWindow("popover");
     Client target(desktop, DRAG_TARGET, {"copy"});
 
-    hand.press(row("Work", "a file.txt"));
-    auto const opened = [&] { return static_cast<bool>(program->tree().find("list", "folder")); };
-    ASSERT_TRUE(hand.hover(row("Work", "folder"), opened));
-    hand.moveTo(emptyIn("folder"));
+    hand.press(row("a file.txt"));
+    ASSERT_TRUE(hand.hover(over("folder"), [&] { return shows("found.txt"); }));
+    hand.moveTo(belowRows());
     hand.release();
     EXPECT_TRUE(waitFor([&] { return exists("Work/folder/a file.txt"); }));
     EXPECT_TRUE(display.window("popover"));
 
-    hand.press(row("folder", "a file.txt"));
+    hand.press(row("a file.txt"));
     ASSERT_TRUE(hand.hover(target.middle(), [&] { return target.says("entered"); })) << target.said();
     hand.release();
     EXPECT_TRUE(waitFor([&] { return target.says("dropped"); })) << target.said();

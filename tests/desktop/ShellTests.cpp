@@ -42,6 +42,13 @@ Place trayIcon(Desktop& desktop) {
     return found;
 }
 
+/// The window once it has the keyboard: the window manager is then done with it.
+WindowInfo expectReady(Desktop& desktop, std::string_view role) {
+    auto const window = desktop.display().expectWindow(role);
+    EXPECT_TRUE(waitFor([&] { return desktop.display().focused() == window.id; })) << role;
+    return window;
+}
+
 void clickAt(Desktop& desktop, Place const& place, int button = 1) {
     desktop.display().click(place.midX(), place.midY(), button);
 }
@@ -184,7 +191,7 @@ TEST(Popover, HandlesStoreTheSizeWithinItsLimits) {
     writeDefaults(desktop, popoverMode);
     Program program(desktop);
     auto& display = desktop.display();
-    auto place = display.expectWindow("popover").place;
+    auto place = expectReady(desktop, "popover").place;
     display.drag(place.x + 12, place.maxY() - 12, place.x + 12 - 60, place.maxY() - 12 + 40);
     EXPECT_TRUE(waitFor([&] {
         return storesReal(desktop, "popoverWidth", "780") && storesReal(desktop, "popoverHeight", "500");
@@ -206,7 +213,7 @@ TEST(Panel, RemembersItsFrame) {
     {
         Program program(desktop);
         auto& display = desktop.display();
-        auto const before = display.expectWindow("panel").place;
+        auto const before = expectReady(desktop, "panel").place;
         auto const becomes = [&](Place const& wanted) {
             return waitFor([&] { return display.window("panel")->place == wanted; });
         };

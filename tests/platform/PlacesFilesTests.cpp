@@ -4,6 +4,7 @@
 #include "platform/linux/PathBookmarks.h"
 #include "platform/linux/PlacesFiles.h"
 #include "platform/linux/PosixFileManager.h"
+#include "platform/linux/PropertyListFile.h"
 #include "platform/linux/RecentlyUsedFile.h"
 #include "platform/linux/XdgStandardFolders.h"
 #include "support/TemporaryFolder.h"
@@ -40,7 +41,26 @@ TEST(RecentlyUsedFile, TakesTheLatestUseOfEachLocalFile) {
         {"/home/mira/last.txt", at(2026y / 4 / 1, 0h)},
     };
     EXPECT_EQ(files, expected);
+    auto const never =
+        parseRecentlyUsed(R"(<xbel><bookmark href="/a" modified="9999-12-31T23:59:59Z"/></xbel>)");
+    ASSERT_EQ(never.size(), 1u); // Later than a date can say.
+    EXPECT_GT(never[0].lastUsed, at(2200y / 1 / 1, 0h));
     EXPECT_TRUE(parseRecentlyUsed("\xff\0<xbel").empty());
+}
+
+TEST(PropertyListFile, RefusesATextThatHoldsAZero) {
+    using namespace std::string_literals;
+    auto const trailer = "\x08"s + std::string(6, '\0') + "\x01\x01"s + std::string(7, '\0') + "\x01"s +
+                         std::string(15, '\0') + "\x0c"s;
+    auto const whole = parsePropertyList("bplist00\x53xyz"s + trailer);
+    ASSERT_TRUE(whole);
+    EXPECT_EQ(*whole, PropertyValue{"xyz"s});
+    EXPECT_FALSE(parsePropertyList("bplist00\x53x\0z"s + trailer));
+    auto const xml = [](std::string const& text) {
+        return "<plist version=\"1.0\"><string>" + text + "</string></plist>";
+    };
+    EXPECT_TRUE(parsePropertyList(xml("xyz")));
+    EXPECT_FALSE(parsePropertyList(xml("x\0z"s)));
 }
 
 TEST(PlacesFiles, ReadsBothKinds) {

@@ -1,5 +1,6 @@
 #include "platform/linux/HomeMetadataQuery.h"
 
+#include "platform/linux/Dates.h"
 #include "platform/linux/HomeWalk.h"
 #include "platform/linux/RecentlyUsedFile.h"
 #include "platform/linux/XdgStandardFolders.h"
@@ -38,8 +39,7 @@ std::optional<Date> contentChangeDate(std::string const& path) {
     struct statx status {};
     if (::statx(AT_FDCWD, path.c_str(), AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC, STATX_MTIME, &status) != 0)
         return std::nullopt;
-    return Date(std::chrono::seconds(status.stx_mtime.tv_sec) +
-                std::chrono::nanoseconds(status.stx_mtime.tv_nsec));
+    return dateFrom(status.stx_mtime.tv_sec, status.stx_mtime.tv_nsec);
 }
 
 /// The lists' files below `home` that match, each with its latest use.

@@ -1,6 +1,7 @@
 #include "platform/linux/HomeWalk.h"
 
 #include "platform/Packages.h"
+#include "platform/linux/Dates.h"
 #include "platform/linux/FileDescriptor.h"
 
 #include <algorithm>
@@ -85,8 +86,7 @@ std::optional<struct statx> look(int folder, char const* name, unsigned fields) 
 }
 
 Date changeDate(struct statx const& status) {
-    return Date(std::chrono::seconds(status.stx_mtime.tv_sec) +
-                std::chrono::nanoseconds(status.stx_mtime.tv_nsec));
+    return dateFrom(status.stx_mtime.tv_sec, status.stx_mtime.tv_nsec);
 }
 
 std::uint64_t deviceOf(struct statx const& status) {

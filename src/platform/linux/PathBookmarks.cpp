@@ -1,6 +1,7 @@
 #include "platform/linux/PathBookmarks.h"
 
 #include "platform/linux/BookmarkRecords.h"
+#include "platform/linux/Dates.h"
 
 #include <array>
 #include <dirent.h>
@@ -41,7 +42,8 @@ std::optional<Found> look(int folder, char const* name, int flags = 0) {
     found.identity.device = std::uint64_t{status.stx_dev_major} << 32 | status.stx_dev_minor;
     found.identity.inode = status.stx_ino;
     if (status.stx_mask & STATX_BTIME)
-        found.identity.birth = status.stx_btime.tv_sec * 1'000'000'000 + status.stx_btime.tv_nsec;
+        found.identity.birth =
+            dateFrom(status.stx_btime.tv_sec, status.stx_btime.tv_nsec).time_since_epoch().count();
     found.isDirectory = S_ISDIR(status.stx_mode);
     return found;
 }

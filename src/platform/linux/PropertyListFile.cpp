@@ -16,7 +16,10 @@ constexpr int deepest = 256;
 constexpr std::chrono::sys_seconds epoch{std::chrono::seconds(978307200)};
 
 /// libplist descends without a limit of its own: how deep a list nests is bounded before it is handed over.
-bool isShallowXml(std::string_view bytes) {
+/// And it ends the process over a text that holds a zero.
+bool isSafeXml(std::string_view bytes) {
+    if (bytes.find('\0') != std::string_view::npos)
+        return false;
     int depth = 0;
     for (auto at = bytes.find('<'); at != std::string_view::npos; at = bytes.find('<', at + 1)) {
         auto const tag = bytes.substr(at + 1, 6);
@@ -79,11 +82,12 @@ private:
         auto const room = m_table - at;
         switch (kind) {
         case 4:
+            return length <= room && spend(length);
         case 5:
         case 7:
-            return length <= room && spend(length);
+            return length <= room && spend(length) && !holdsZero(at, length, 1);
         case 6:
-            return length <= room / 2 && spend(length * 2);
+            return length <= room / 2 && spend(length * 2) && !holdsZero(at, length, 2);
         case 10:
         case 12:
             return visitAll(at, length, room, depth);
@@ -98,6 +102,14 @@ private:
         bool const affordable = bytes <= m_budget;
         m_budget -= affordable ? bytes : 0;
         return affordable;
+    }
+
+    /// Whether one of `count` characters is zero.
+    bool holdsZero(std::uint64_t at, std::uint64_t count, std::uint64_t width) const {
+        for (; count > 0; --count, at += width)
+            if (bigEndian(m_bytes.substr(at, width)) == 0)
+                return true;
+        return false;
     }
 
     bool readLength(std::uint64_t& at, std::uint64_t& length) const {
@@ -189,9 +201,9 @@ std::optional<PropertyValue> fromNode(plist_t node) {
         return PropertyValue{number};
     }
     case PLIST_STRING: {
-        char* text = nullptr;
-        plist_get_string_val(node, &text);
-        return PropertyValue{takeText(text)};
+        std::uint64_t length = 0;
+        auto const* text = plist_get_string_ptr(node, &length);
+        return PropertyValue{text ? std::string(text, length) : std::string()};
     }
     case PLIST_DATA: {
         std::uint64_t length = 0;
@@ -254,7 +266,7 @@ std::optional<PropertyValue> parsePropertyList(std::string_view bytes) {
     if (bytes.size() > largest)
         return std::nullopt;
     bool const binary = bytes.starts_with("bplist00");
-    if (binary ? !BinaryCheck(bytes).passes() : !isShallowXml(bytes) || !isValidUtf8(bytes))
+    if (binary ? !BinaryCheck(bytes).passes() : !isSafeXml(bytes) || !isValidUtf8(bytes))
         return std::nullopt;
     plist_t root = nullptr;
     auto const length = static_cast<std::uint32_t>(bytes.size());

@@ -1,6 +1,7 @@
 #include "platform/linux/RecentlyUsedFile.h"
 
 #include "foundation/Url.h"
+#include "platform/linux/Dates.h"
 
 #include <QDateTime>
 #include <QXmlStreamReader>
@@ -14,9 +15,10 @@ void takeTimes(QXmlStreamReader const& element, std::optional<Date>& latest) {
     for (auto const* name : {"added", "modified", "visited"}) {
         auto const text = element.attributes().value(QLatin1String(name)).toString();
         auto const time = text.isEmpty() ? QDateTime() : QDateTime::fromString(text, Qt::ISODateWithMs);
-        if (time.isValid())
-            latest = std::max(latest.value_or(Date::min()),
-                              Date(std::chrono::milliseconds(time.toMSecsSinceEpoch())));
+        if (!time.isValid())
+            continue;
+        auto const date = dateFrom(time.toSecsSinceEpoch(), time.time().msec() * 1'000'000LL);
+        latest = std::max(latest.value_or(Date::min()), date);
     }
 }
 
