@@ -38,6 +38,8 @@ bool ShortcutRow::isDefault() const {
 
 void ShortcutRow::setShortcut(std::optional<Shortcut> const& shortcut) {
     m_shortcut = shortcut;
+    if (isDefault())
+        m_reset->clearFocus(); // Else the recorder would inherit the keyboard, and record.
     m_reset->setVisible(!isDefault());
 }
 

@@ -20,7 +20,7 @@ public:
     RowList const& currentRows();
 
 protected:
-    std::optional<Url> alsoSelected() const override { return m_selected; }
+    std::optional<Url> const& alsoSelected() const override { return m_selected; }
     QColor chevronColor(bool selected) const override;
 
 private:

@@ -22,7 +22,7 @@ protected:
     int scrollStep() const override;
     void paintCell(QPainter& painter, QRect const& cell, FileEntry const& entry, bool selected) override;
     bool isCut(QRect const& cell, FileEntry const& entry) const override;
-    std::optional<Url> alsoSelected() const override;
+    std::optional<Url> const& alsoSelected() const override;
     void resizeEvent(QResizeEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
 

@@ -129,6 +129,11 @@ void ItemView::showSelection() {
     }
 }
 
+std::optional<Url> const& ItemView::alsoSelected() const {
+    static std::optional<Url> const none;
+    return none;
+}
+
 bool ItemView::isSelected(Url const& url) const {
     return m_state.selectedURLs->contains(url) || alsoSelected() == url;
 }
@@ -136,18 +141,23 @@ bool ItemView::isSelected(Url const& url) const {
 /// Tells assistive tools what is selected.
 void ItemView::syncSelectionModel() {
     auto const index = [this](std::size_t row) { return m_model->index(static_cast<int>(row)); };
-    auto selected = m_state.selectedURLs.get();
-    if (auto const also = alsoSelected())
-        selected.insert(*also);
+    auto const& selected = m_state.selectedURLs.get();
     auto const& primary = m_state.selection.get();
     QItemSelection chosen;
-    if (selected.size() == 1) {
-        if (auto const row = rows().indexOf(*selected.begin(), m_rowGuess))
-            chosen.select(index(m_rowGuess = *row), index(*row));
-    } else if (!selected.empty()) {
+    auto const choose = [&](Url const& url) {
+        if (auto const row = rows().indexOf(url, m_rowGuess)) {
+            m_rowGuess = *row;
+            chosen.merge(QItemSelection(index(*row), index(*row)), QItemSelectionModel::Select);
+        }
+    };
+    if (selected.size() <= 1) {
+        std::ranges::for_each(selected, choose);
+        if (alsoSelected())
+            choose(*alsoSelected());
+    } else {
         for (std::size_t row = 0; row < rows().size(); ++row) {
             auto const first = row;
-            while (row < rows().size() && selected.contains(rows()[row].url))
+            while (row < rows().size() && isSelected(rows()[row].url))
                 ++row;
             if (row > first)
                 chosen.select(index(first), index(row - 1));

@@ -68,7 +68,7 @@ protected:
     virtual bool isCut(QRect const& cell, FileEntry const& entry) const = 0;
 
     /// A row shown as selected beside those that the browser's state says.
-    virtual std::optional<Url> alsoSelected() const { return std::nullopt; }
+    virtual std::optional<Url> const& alsoSelected() const;
     /// How a newly selected row comes into sight.
     virtual void revealSelection(Url const& url) { reveal(url, Place::nearest); }
     void showSelection();

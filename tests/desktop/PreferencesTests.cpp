@@ -28,6 +28,14 @@ void click(Desktop& desktop, Accessible const& control) {
     desktop.display().click(place.midX(), place.midY());
 }
 
+bool areInFrontOf(Display& display, std::string_view role) {
+    return waitFor([&] {
+        auto const all = display.windows(); // the lowest first
+        auto const other = std::ranges::find(all, role, &WindowInfo::role);
+        return std::ranges::find(other, all.end(), "preferences", &WindowInfo::role) != all.end();
+    });
+}
+
 TEST(Preferences, EditSettingsAndFollowThem) {
     Desktop desktop({.tray = true});
     Program program(desktop, {});
@@ -70,9 +78,7 @@ TEST(Preferences, KeepTheirTabAndStayInFront) {
 
     display.click(panel.place.x + 60, panel.place.maxY() - 8);
     EXPECT_TRUE(waitFor([&] { return display.focused() == panel.id; }));
-    auto const all = display.windows();
-    EXPECT_LT(std::ranges::find(all, "panel", &WindowInfo::role),
-              std::ranges::find(all, "preferences", &WindowInfo::role));
+    EXPECT_TRUE(areInFrontOf(display, "panel"));
 
     display.key("Control+comma");
     EXPECT_TRUE(waitFor([&] { return display.focused() == window.id; }));
@@ -97,6 +103,7 @@ TEST(Preferences, ClicksInThemKeepThePopoverOpen) {
     display.key("Control+comma");
     auto const window = display.expectWindow("preferences");
     EXPECT_TRUE(waitFor([&] { return display.focused() == window.id; }));
+    EXPECT_TRUE(areInFrontOf(display, "popover"));
     click(desktop, program.tree().expect("radio button", "Appearance"));
     // On the frame, too, which is the window manager's.
     display.drag(window.place.x + 60, window.place.y - 8, window.place.x + 90, window.place.y + 22);
