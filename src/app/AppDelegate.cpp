@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
+#include "KeyboardShortcuts/MenuTracking.h"
 #include "KeyboardShortcuts/RecorderCocoa.h"
 #include "app/AppCommands.h"
 #include "app/AppSettings.h"
@@ -19,6 +20,8 @@
 #include "platform/WindowManager.h"
 #include "preferences/PreferencesWindowController.h"
 #include "views/QuickLookWindow.h"
+
+#include <QApplication>
 
 namespace taliro {
 
@@ -122,6 +125,7 @@ void AppDelegate::observeSettings() {
 }
 
 void AppDelegate::installShortcut() {
+    new MenuTracking(*qApp);
     RecorderCocoa::setMainMenu([this] { return m_mainMenu.items(); });
     KeyboardShortcuts::shared().onKeyDown(togglePicker(), [guard = QPointer(this)] {
         if (guard)

@@ -2,6 +2,8 @@
 
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
 #include "app/AppSettings.h"
+#include "platform/HotKeys.h"
+#include "platform/Platform.h"
 #include "preferences/CLIInstallRow.h"
 #include "preferences/Form.h"
 #include "preferences/ShortcutRow.h"
@@ -111,7 +113,21 @@ QWidget* PreferencesView::makeGeneral() {
     shortcut->add(new ShortcutRow(KeyboardShortcuts::shared(), shortcut));
     shortcut->addHelp(tr("A global hotkey that shows or hides Taliro from anywhere on the system. Click the "
                          "field and press the key combination you want."));
+    addHotKeyNotice(*shortcut);
     return makePage({launch, menuBar, shortcut});
+}
+
+/// Where the desktop gives programs no global shortcuts, the row says so.
+void PreferencesView::addHotKeyNotice(FormSection& section) {
+    auto& notice = m_platform.hotKeys.notice;
+    auto* label = section.addHelp(QString());
+    label->setColor(&Colors::warning);
+    auto const show = [label](std::string const& text) {
+        label->setText(QString::fromStdString(text).toHtmlEscaped());
+        label->setVisible(!text.empty());
+    };
+    show(notice);
+    m_subscriptions.push_back(notice.observe(show));
 }
 
 QWidget* PreferencesView::makeAppearance() {

@@ -13,6 +13,7 @@ namespace taliro {
 
 class AppSettings;
 class FavoritesStore;
+class FormSection;
 struct Platform;
 
 /// The settings of one tab as a grouped form, 480 by 360 points.
@@ -26,6 +27,7 @@ public:
 private:
     QWidget* makePage(std::vector<QWidget*> const& sections);
     QWidget* makeGeneral();
+    void addHotKeyNotice(FormSection& section);
     QWidget* makeAppearance();
     QWidget* makeAdvanced();
     QWidget* makeSidebarSection();

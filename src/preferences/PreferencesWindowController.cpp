@@ -1,6 +1,7 @@
 #include "preferences/PreferencesWindowController.h"
 
 #include "app/AppSettings.h"
+#include "foundation/MainQueue.h"
 #include "platform/Platform.h"
 #include "platform/WindowManager.h"
 #include "preferences/PreferencesView.h"
@@ -101,6 +102,11 @@ void PreferencesWindowController::show() {
     m_window->raise();
     m_window->activateWindow();
     desktop.focus(m_window->winId());
+    // Again once the window is there: until then, the desktop may have given the keyboard to another.
+    Platform::current().mainQueue.async([&desktop, window = m_window] {
+        if (window && window->isVisible())
+            desktop.focus(window->winId());
+    });
 }
 
 } // namespace taliro

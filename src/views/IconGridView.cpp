@@ -134,6 +134,7 @@ void IconGridView::paintImage(QPainter& painter, QRect const& box, FileEntry con
     target.moveCenter(QRectF(box).center());
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawImage(target, image);
+    strokeRounded(painter, target, 0, colors().line); // A white page would be lost on a white ground.
 }
 
 /// What was scrolled past needs no thumbnail any more.

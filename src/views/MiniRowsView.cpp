@@ -111,7 +111,7 @@ void MiniRowsView::paintThumbnail(QPainter& painter, QRect const& box, FileEntry
         QRectF target(QPointF(), known.pixmap.deviceIndependentSize());
         target.moveCenter(QRectF(box).center());
         painter.drawPixmap(target, known.pixmap, known.pixmap.rect());
-        strokeRounded(painter, target, 0, colors().hair, .5);
+        strokeRounded(painter, target, 0, colors().line);
     }
 }
 

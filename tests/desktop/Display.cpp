@@ -143,6 +143,17 @@ xcb_window_t Display::focused() {
     return reply ? reply->focus : xcb_window_t{XCB_NONE};
 }
 
+xcb_window_t Display::underPointer() {
+    auto found = root();
+    for (auto child = found; child != XCB_NONE;) {
+        found = child;
+        Reply<xcb_query_pointer_reply_t> const reply(
+            xcb_query_pointer_reply(m_connection, xcb_query_pointer(m_connection, found), nullptr));
+        child = reply ? reply->child : xcb_window_t{XCB_NONE};
+    }
+    return found;
+}
+
 bool Display::hasState(xcb_window_t window, std::string_view state) {
     auto const states = values(window, "_NET_WM_STATE");
     return std::ranges::find(states, atom(state)) != states.end();

@@ -59,6 +59,8 @@ public:
     WindowInfo expectWindow(std::string_view role);
     bool waitUntilGone(std::string_view role);
     xcb_window_t focused();
+    /// The innermost window under the pointer: who gets a press there.
+    xcb_window_t underPointer();
     bool hasState(xcb_window_t window, std::string_view state);
 
     /// "Return", "a", "Control+Shift+z": held in order, let go in reverse. Names are those of keysyms.

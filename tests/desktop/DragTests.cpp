@@ -61,8 +61,8 @@ public:
     }
     void release() { m_display.button(1, false); }
     void moveTo(Spot to) {
-        constexpr int steps = 12;
         auto const from = m_at;
+        int const steps = from.x == to.x && from.y == to.y ? 1 : 12;
         for (int i = 1; i <= steps; ++i) {
             m_display.move(from.x + (to.x - from.x) * i / steps, from.y + (to.y - from.y) * i / steps);
             m_display.sync();
@@ -71,10 +71,14 @@ public:
     }
     /// Goes there and trembles until `condition` holds; whether it did in time.
     bool hover(Spot at, std::function<bool()> const& condition) {
-        moveTo(at);
+        return hover([at] { return at; }, condition);
+    }
+    /// The same over what may still move.
+    bool hover(std::function<Spot()> const& where, std::function<bool()> const& condition) {
         int trembling = 0;
         return waitFor([&] {
-            m_display.move(at.x + trembling++ % 3, at.y);
+            moveTo(where());
+            m_display.move(m_at.x + trembling++ % 3, m_at.y);
             m_display.sync();
             return condition();
         });
@@ -116,6 +120,13 @@ protected:
     Spot row(QString const& name) {
         auto const place = settled(program->tree().expect("list", "Files").expect("list item", name));
         return {place.x + place.width / 4, place.midY()};
+    }
+    /// The same at any time; where the row was last once it is gone.
+    std::function<Spot()> over(QString const& name) {
+        return [this, name, last = row(name)]() mutable {
+            auto const place = program->tree().find("list", "Files").find("list item", name).place();
+            return place.width > 0 ? last = Spot{place.x + place.width / 4, place.midY()} : last;
+        };
     }
     bool shows(QString const& name) {
         return static_cast<bool>(program->tree().find("list", "Files").find("list item", name));
@@ -161,8 +172,8 @@ TEST_F(Drag, RestingOnFoldersOpensThemTwoDeep) {
     start();
     auto client = source({"text/uri-list", addressOf("file.txt")});
     hand.press(client.middle());
-    ASSERT_TRUE(hand.hover(row("outer"), [&] { return shows("inner"); })) << client.said();
-    ASSERT_TRUE(hand.hover(row("inner"), [&] { return shows("found.txt"); })) << client.said();
+    ASSERT_TRUE(hand.hover(over("outer"), [&] { return shows("inner"); })) << client.said();
+    ASSERT_TRUE(hand.hover(over("inner"), [&] { return shows("found.txt"); })) << client.said();
     hand.moveTo(belowRows());
     hand.release();
     EXPECT_TRUE(waitFor([&] { return exists("Work/outer/inner/file.txt") && !exists("file.txt"); }))
@@ -222,7 +233,7 @@ TEST_F(Drag, OutToAnotherProgramClosesThePopoverAndWithinItDoesNot) {
     Client target(desktop, DRAG_TARGET, {"copy"});
 
     hand.press(row("a file.txt"));
-    ASSERT_TRUE(hand.hover(row("folder"), [&] { return shows("found.txt"); }));
+    ASSERT_TRUE(hand.hover(over("folder"), [&] { return shows("found.txt"); }));
     hand.moveTo(belowRows());
     hand.release();
     EXPECT_TRUE(waitFor([&] { return exists("Work/folder/a file.txt"); }));

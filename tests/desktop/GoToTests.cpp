@@ -66,7 +66,9 @@ TEST_F(GoTo, CompletesAndGoesThere) {
     open("Super+Shift+g");
     EXPECT_TRUE(fieldHolds(inHome("Documents/Letters/")));
     auto const recent = program->tree().expect("", "Recent paths").place();
+    auto const windows = display.windows().size();
     display.click(recent.midX(), recent.midY());
+    EXPECT_TRUE(waitFor([&] { return display.windows().size() > windows; }));
     display.key("Down"); // the menu's first entry
     display.key("Return");
     EXPECT_TRUE(fieldHolds(inHome("Documents/Letters")));

@@ -49,6 +49,11 @@ WindowInfo expectReady(Desktop& desktop, std::string_view role) {
     return window;
 }
 
+Place placeOf(Desktop& desktop, std::string_view role) {
+    auto const window = desktop.display().window(role);
+    return window ? window->place : Place{};
+}
+
 void clickAt(Desktop& desktop, Place const& place, int button = 1) {
     desktop.display().click(place.midX(), place.midY(), button);
 }
@@ -191,20 +196,23 @@ TEST(Popover, HandlesStoreTheSizeWithinItsLimits) {
     writeDefaults(desktop, popoverMode);
     Program program(desktop);
     auto& display = desktop.display();
-    auto place = expectReady(desktop, "popover").place;
+    auto const popover = expectReady(desktop, "popover");
+    auto place = popover.place;
     display.drag(place.x + 12, place.maxY() - 12, place.x + 12 - 60, place.maxY() - 12 + 40);
     EXPECT_TRUE(waitFor([&] {
         return storesReal(desktop, "popoverWidth", "780") && storesReal(desktop, "popoverHeight", "500");
     })) << storedDefaults(desktop);
     // The edges away from the handle stay.
     place = {place.x - 60, place.y, place.width + 60, place.height + 40};
-    EXPECT_TRUE(waitFor([&] { return display.window("popover")->place == place; }))
-        << display.window("popover")->place;
+    EXPECT_TRUE(waitFor([&] { return placeOf(desktop, "popover") == place; })) << placeOf(desktop, "popover");
+    display.move(place.maxX() - 12, place.maxY() - 12);
+    EXPECT_TRUE(waitFor([&] { return display.underPointer() == popover.id; }))
+        << "the window's shape has not grown with it";
     display.drag(place.maxX() - 12, place.maxY() - 12, place.x + 20, place.y + 60);
     EXPECT_TRUE(waitFor([&] {
         return storesReal(desktop, "popoverWidth", "280") && storesReal(desktop, "popoverHeight", "300");
     })) << storedDefaults(desktop);
-    EXPECT_TRUE(waitFor([&] { return display.window("popover")->place.width == 280; }));
+    EXPECT_TRUE(waitFor([&] { return placeOf(desktop, "popover").width == 280; }));
 }
 
 TEST(Panel, RemembersItsFrame) {
@@ -215,14 +223,14 @@ TEST(Panel, RemembersItsFrame) {
         auto& display = desktop.display();
         auto const before = expectReady(desktop, "panel").place;
         auto const becomes = [&](Place const& wanted) {
-            return waitFor([&] { return display.window("panel")->place == wanted; });
+            return waitFor([&] { return placeOf(desktop, "panel") == wanted; });
         };
         Place const there{before.x - 90, before.y + 60, before.width, before.height};
         display.drag(before.midX(), before.y + 10, before.midX() - 90, before.y + 70);
-        EXPECT_TRUE(becomes(there)) << display.window("panel")->place;
+        EXPECT_TRUE(becomes(there)) << placeOf(desktop, "panel");
         moved = {there.x, there.y, there.width + 60, there.height};
         display.drag(there.maxX() - 2, there.midY(), there.maxX() + 58, there.midY());
-        EXPECT_TRUE(becomes(moved)) << display.window("panel")->place;
+        EXPECT_TRUE(becomes(moved)) << placeOf(desktop, "panel");
         auto const text = std::to_string(moved.x) + ' ' + std::to_string(moved.y) + ' ' +
                           std::to_string(moved.width) + ' ' + std::to_string(moved.height);
         EXPECT_TRUE(waitFor([&] { return storedDefaults(desktop).find(text) != std::string::npos; }))

@@ -2,8 +2,8 @@
 //
 //   drag_target X Y copy|move
 //
-// It prints `entered` when a drag comes over it; after a drop, a line `FORMAT BYTES` for each format, the bytes
-// percent-escaped, and `dropped`.
+// It prints `entered` when a drag comes over it; after a drop, a line `FORMAT BYTES` for each format, the
+// bytes percent-escaped, and `dropped`.
 #include <QApplication>
 #include <QDropEvent>
 #include <QMimeData>

@@ -2,6 +2,8 @@
 
 #include <QCursor>
 #include <QGuiApplication>
+#include <QMouseEvent>
+#include <QTimer>
 #include <QWindow>
 
 #include <xcb/xinput.h>
@@ -10,11 +12,15 @@ namespace taliro {
 
 namespace {
 constexpr std::uint32_t leftButton = 1;
-}
+/// By then the toolkit has told a window of ours of a press that was for it.
+constexpr std::chrono::milliseconds ownPressDelay(60);
+} // namespace
 
 X11PointerEvents::X11PointerEvents(X11Connection* connection) : m_x(connection) {
-    if (m_x && selectRawEvents())
-        m_events = m_x->observe([this](xcb_generic_event_t const& event) { hear(event); });
+    if (!m_x || !selectRawEvents())
+        return;
+    m_events = m_x->observe([this](xcb_generic_event_t const& event) { hear(event); });
+    qApp->installEventFilter(this);
 }
 
 bool X11PointerEvents::selectRawEvents() {
@@ -45,9 +51,28 @@ void X11PointerEvents::hear(xcb_generic_event_t const& event) {
         return;
     if (raw.event_type == XCB_INPUT_RAW_BUTTON_RELEASE)
         m_releases.notify();
-    else if (raw.event_type == XCB_INPUT_RAW_BUTTON_PRESS && raw.detail == leftButton && !m_presses.empty() &&
-             !pointerIsOverOurs())
-        m_presses.notify({static_cast<double>(QCursor::pos().x()), static_cast<double>(QCursor::pos().y())});
+    else if (raw.event_type == XCB_INPUT_RAW_BUTTON_PRESS && raw.detail == leftButton && !m_presses.empty())
+        hearPress(raw.time);
+}
+
+/// A raw press doesn't tell where it was, and a quick pointer is elsewhere by now. So a press that seems to
+/// be outside counts only if none of our windows got it.
+void X11PointerEvents::hearPress(xcb_timestamp_t time) {
+    if (pointerIsOverOurs())
+        return;
+    auto const place = QCursor::pos();
+    QTimer::singleShot(ownPressDelay, this, [this, time, place] {
+        if (m_ownPress != time)
+            m_presses.notify({static_cast<double>(place.x()), static_cast<double>(place.y())});
+    });
+}
+
+bool X11PointerEvents::eventFilter(QObject* watched, QEvent* event) {
+    bool const isPress =
+        event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
+    if (isPress && watched->isWindowType())
+        m_ownPress = static_cast<xcb_timestamp_t>(static_cast<QMouseEvent*>(event)->timestamp());
+    return false;
 }
 
 /// Follows the pointer from the root down; one of our windows may sit in a frame or in the tray.
