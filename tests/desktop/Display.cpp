@@ -154,6 +154,15 @@ xcb_window_t Display::underPointer() {
     return found;
 }
 
+bool Display::isKeyboardGrabbed() {
+    auto const cookie = xcb_grab_keyboard(m_connection, false, root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
+                                          XCB_GRAB_MODE_ASYNC);
+    Reply<xcb_grab_keyboard_reply_t> const reply(xcb_grab_keyboard_reply(m_connection, cookie, nullptr));
+    xcb_ungrab_keyboard(m_connection, XCB_CURRENT_TIME);
+    sync();
+    return reply && reply->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
+}
+
 bool Display::hasState(xcb_window_t window, std::string_view state) {
     auto const states = values(window, "_NET_WM_STATE");
     return std::ranges::find(states, atom(state)) != states.end();

@@ -27,17 +27,21 @@ bool storesReal(Desktop& desktop, std::string const& key, std::string const& val
     return at != std::string::npos && text.compare(real + 6, value.size(), value) == 0;
 }
 
-/// Where the tray has our icon.
+/// Where the tray has our icon, ready to be clicked.
 Place trayIcon(Desktop& desktop) {
+    auto& display = desktop.display();
     Place found;
     EXPECT_TRUE(waitFor([&] {
-        for (auto const& window : desktop.display().windows()) {
-            bool const isInTray = window.klass == "Taliro" && window.role.empty() && window.place.y < 30 &&
-                                  window.place.width <= 30 && window.place.width > 10;
-            if (isInTray)
-                found = window.place;
+        for (auto const& window : display.windows()) {
+            bool const isIcon = window.klass == "Taliro" && window.role.empty() && window.place.y < 30 &&
+                                window.place.width <= 30 && window.place.width > 10;
+            if (!isIcon)
+                continue;
+            found = window.place;
+            display.move(found.midX(), found.midY());
+            return display.underPointer() == window.id;
         }
-        return found.width > 0;
+        return false;
     })) << "no icon in the tray";
     return found;
 }
@@ -124,6 +128,7 @@ TEST(Tray, LeftClickTogglesAndRightClickOpensTheMenu) {
 
     clickAt(desktop, icon, 3);
     display.expectWindow("status menu");
+    EXPECT_TRUE(waitFor([&] { return display.isKeyboardGrabbed(); }));
     EXPECT_TRUE(display.window("panel")) << "a right click does not toggle";
     display.key("Escape");
     EXPECT_TRUE(display.waitUntilGone("status menu"));
@@ -132,6 +137,7 @@ TEST(Tray, LeftClickTogglesAndRightClickOpensTheMenu) {
 
     clickAt(desktop, icon, 3);
     display.expectWindow("status menu");
+    EXPECT_TRUE(waitFor([&] { return display.isKeyboardGrabbed(); }));
     display.key("Up");
     display.key("Return");
     EXPECT_EQ(program.process().waitForExit(), 0) << "the last entry quits";
@@ -212,7 +218,8 @@ TEST(Popover, HandlesStoreTheSizeWithinItsLimits) {
     EXPECT_TRUE(waitFor([&] {
         return storesReal(desktop, "popoverWidth", "280") && storesReal(desktop, "popoverHeight", "300");
     })) << storedDefaults(desktop);
-    EXPECT_TRUE(waitFor([&] { return placeOf(desktop, "popover").width == 280; }));
+    EXPECT_TRUE(waitFor([&] { return placeOf(desktop, "popover").width == 280; }))
+        << placeOf(desktop, "popover");
 }
 
 TEST(Panel, RemembersItsFrame) {

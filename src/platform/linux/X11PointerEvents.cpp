@@ -62,7 +62,7 @@ void X11PointerEvents::hearPress(xcb_timestamp_t time) {
         return;
     auto const place = QCursor::pos();
     QTimer::singleShot(ownPressDelay, this, [this, time, place] {
-        if (m_ownPress != time)
+        if (std::ranges::find(m_ownPresses, time) == m_ownPresses.end())
             m_presses.notify({static_cast<double>(place.x()), static_cast<double>(place.y())});
     });
 }
@@ -70,8 +70,11 @@ void X11PointerEvents::hearPress(xcb_timestamp_t time) {
 bool X11PointerEvents::eventFilter(QObject* watched, QEvent* event) {
     bool const isPress =
         event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
-    if (isPress && watched->isWindowType())
-        m_ownPress = static_cast<xcb_timestamp_t>(static_cast<QMouseEvent*>(event)->timestamp());
+    if (isPress && watched->isWindowType()) {
+        m_ownPresses[m_nextPress] =
+            static_cast<xcb_timestamp_t>(static_cast<QMouseEvent*>(event)->timestamp());
+        m_nextPress = (m_nextPress + 1) % m_ownPresses.size();
+    }
     return false;
 }
 

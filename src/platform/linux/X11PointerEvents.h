@@ -32,7 +32,8 @@ private:
 
     X11Connection* m_x;
     std::uint8_t m_opcode = 0;
-    xcb_timestamp_t m_ownPress = 0; ///< when a window of ours got a press last
+    std::array<xcb_timestamp_t, 8> m_ownPresses{}; ///< when windows of ours got a press lately
+    std::size_t m_nextPress = 0;
     Subscription m_events;
     Observers<Point> m_presses;
     Observers<> m_releases;
