@@ -7,6 +7,7 @@
 #include "foundation/MainQueue.h"
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
+#include "views/Theme.h"
 #include "views/ToolButton.h"
 
 #include <QApplication>
@@ -79,12 +80,17 @@ void PickerPanel::addTitleBar(MainMenu& menu) {
     auto* bar = new QWidget(this);
     bar->setFixedHeight(titleBarHeight);
     auto* row = new QHBoxLayout(bar);
-    row->setContentsMargins(8, 4, 0, 0);
+    row->setContentsMargins(8, 2, 0, 0);
     row->setSpacing(4);
     auto* close = new ToolButton("xmark", tr("Close"), 11, bar);
     close->setFocusPolicy(Qt::NoFocus);
     connect(close, &QAbstractButton::clicked, this, &QWidget::close);
     m_menuBar = menu.makeBar(bar);
+    m_menuBar->setFont(Theme::current().font(metrics::list));
+    // Lower than it wants to be, the bar would hide its menus; it may stand over the strip below.
+    m_menuBar->setFixedHeight(m_menuBar->sizeHint().height());
+    m_menuBar->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    m_menuBar->setNativeMenuBar(false);
     m_menuBar->setVisible(false);
     row->addWidget(close);
     row->addWidget(m_menuBar);

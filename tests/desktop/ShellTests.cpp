@@ -247,6 +247,31 @@ TEST(Panel, RemembersItsFrame) {
     EXPECT_EQ(desktop.display().expectWindow("panel").place, moved);
 }
 
+TEST(Panel, ShortcutShowsItAtThePointerInsideTheScreen) {
+    Desktop desktop;
+    writeDefaults(desktop, "<key>showWindowAtCursorOnHotkey</key><true/>");
+    Program program(desktop);
+    auto& display = desktop.display();
+    expectReady(desktop, "panel");
+    auto const toggle = [&] { display.key("Control+Alt+Super+p"); };
+    toggle();
+    EXPECT_TRUE(display.waitUntilGone("panel"));
+    struct {
+        int x, y;
+        Place expected;
+    } const cases[]{
+        {0, 0, {8, 8, 720, 460}},          {1279, 0, {552, 8, 720, 460}},    {0, 799, {8, 332, 720, 460}},
+        {1279, 799, {552, 332, 720, 460}}, {640, 400, {280, 170, 720, 460}},
+    };
+    for (auto const& c : cases) {
+        display.move(c.x, c.y);
+        toggle();
+        EXPECT_EQ(expectReady(desktop, "panel").place, c.expected) << c.x << ", " << c.y;
+        toggle();
+        EXPECT_TRUE(display.waitUntilGone("panel"));
+    }
+}
+
 TEST(Panel, TitleButtonSwitchesBothWays) {
     Desktop desktop({.tray = true});
     Program program(desktop);

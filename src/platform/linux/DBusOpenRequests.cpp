@@ -30,9 +30,18 @@ GVariant* requestFor(std::vector<Url> const& urls) {
     return g_variant_new("(asa{sv})", &uris, &platformData);
 }
 
-bool meansNobody(GError const* error) {
-    return g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN) ||
-           g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_NAME_HAS_NO_OWNER);
+/// Whether an instance has the name: not one that ended while it was asked.
+bool runsAlready(GDBusConnection* bus) {
+    auto* answer = g_dbus_connection_call_sync(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                               "org.freedesktop.DBus", "NameHasOwner",
+                                               g_variant_new("(s)", service), G_VARIANT_TYPE("(b)"),
+                                               G_DBUS_CALL_FLAGS_NONE, answerTimeoutMs, nullptr, nullptr);
+    gboolean hasOwner = false;
+    if (answer) {
+        g_variant_get(answer, "(b)", &hasOwner);
+        g_variant_unref(answer);
+    }
+    return hasOwner;
 }
 
 } // namespace
@@ -41,14 +50,12 @@ DBusOpenRequests::HandOver DBusOpenRequests::handOver(std::vector<Url> const& ur
     auto* bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
     if (!bus)
         return HandOver::nobody;
-    GError* error = nullptr;
     auto* answer = g_dbus_connection_call_sync(
         bus, service, objectPath, interface, urls.empty() ? "Activate" : "Open", requestFor(urls), nullptr,
-        G_DBUS_CALL_FLAGS_NO_AUTO_START, answerTimeoutMs, nullptr, &error);
-    auto const result = answer ? HandOver::taken : meansNobody(error) ? HandOver::nobody : HandOver::failed;
+        G_DBUS_CALL_FLAGS_NO_AUTO_START, answerTimeoutMs, nullptr, nullptr);
+    auto const result = answer ? HandOver::taken : runsAlready(bus) ? HandOver::failed : HandOver::nobody;
     if (answer)
         g_variant_unref(answer);
-    g_clear_error(&error);
     g_object_unref(bus);
     return result;
 }
