@@ -90,17 +90,21 @@ RowList RowList::filtered(std::string_view filter) const {
 Listing::Listing(std::vector<FileEntry> entries)
     : m_entries(std::make_shared<RowList::Entries>(std::make_move_iterator(entries.begin()),
                                                    std::make_move_iterator(entries.end()))) {
-    writeNameKeys(0);
+    writeNames(0);
     sortByName();
     rankNames();
 }
 
-void Listing::writeNameKeys(std::size_t from) {
+void Listing::writeNames(std::size_t from) {
     m_nameKeys.resize(m_entries->size());
+    m_lowercased.resize(m_entries->size());
     inHalves(from, m_entries->size(), [this](std::size_t begin, std::size_t end) {
         SortKeyWriter writer;
-        for (auto slot = begin; slot < end; ++slot)
-            writer.append((*m_entries)[slot].name(), m_nameKeys[slot]);
+        for (auto slot = begin; slot < end; ++slot) {
+            auto const name = (*m_entries)[slot].nameView();
+            writer.append(name, m_nameKeys[slot]);
+            m_lowercased[slot] = lowercased(name);
+        }
     });
 }
 
@@ -152,7 +156,7 @@ void Listing::update(std::unordered_set<std::string_view> const& names, std::vec
     std::erase_if(m_byName, [&](Slot slot) { return names.contains((*m_entries)[slot].nameView()); });
     auto const firstNew = m_entries->size();
     std::ranges::move(present, std::back_inserter(*m_entries));
-    writeNameKeys(firstNew);
+    writeNames(firstNew);
     for (auto slot = firstNew; slot < m_entries->size(); ++slot)
         insertByName(static_cast<Slot>(slot));
     rankNames();
@@ -227,16 +231,6 @@ std::vector<Listing::Slot> Listing::ordered(SortKey key, bool ascending) const {
     return slots;
 }
 
-bool Listing::matches(Slot slot, std::string const& wanted) {
-    auto const name = (*m_entries)[slot].nameView();
-    if (std::ranges::all_of(name, [](char byte) { return static_cast<signed char>(byte) >= 0; }))
-        return DirectoryLoader::matches(name, wanted);
-    auto const [known, isNew] = m_lowercased.try_emplace(slot);
-    if (isNew)
-        known->second = lowercased(name);
-    return known->second.find(wanted) != std::string::npos;
-}
-
 RowList Listing::rows(std::string_view filter, SortKey key, bool ascending) {
     if (m_orderedBy != std::pair(key, ascending)) {
         m_ordered = ordered(key, ascending);
@@ -247,7 +241,7 @@ RowList Listing::rows(std::string_view filter, SortKey key, bool ascending) {
         return RowList(m_entries, m_ordered);
     RowList::Order matching;
     std::ranges::copy_if(m_ordered, std::back_inserter(matching),
-                         [&](Slot slot) { return matches(slot, wanted); });
+                         [&](Slot slot) { return m_lowercased[slot].find(wanted) != std::string::npos; });
     return RowList(m_entries, std::move(matching));
 }
 

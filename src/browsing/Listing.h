@@ -8,7 +8,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -65,19 +64,18 @@ public:
 private:
     using Slot = std::uint32_t;
 
-    void writeNameKeys(std::size_t from);
+    void writeNames(std::size_t from);
     void sortByName();
     void rankNames();
     void insertByName(Slot slot);
     std::vector<Slot> ordered(SortKey key, bool ascending) const;
     std::vector<std::int64_t> kindRanks() const;
-    bool matches(Slot slot, std::string const& wanted);
 
     std::shared_ptr<RowList::Entries> m_entries; ///< only ever appended to
     std::vector<std::string> m_nameKeys;         ///< a slot's name as the locale orders it
+    std::vector<std::string> m_lowercased;       ///< a slot's name as it is searched
     std::vector<Slot> m_byName;                  ///< slots in use
     std::vector<Slot> m_nameRank; ///< a slot's place by name; names that compare the same share it
-    std::unordered_map<Slot, std::string> m_lowercased; ///< names that take more than ASCII
 
     std::vector<Slot> m_ordered; ///< by the order asked for last
     std::optional<std::pair<SortKey, bool>> m_orderedBy;

@@ -1,5 +1,6 @@
 #include "platform/linux/PosixFileManager.h"
 
+#include "platform/linux/Dates.h"
 #include "platform/linux/FileDescriptor.h"
 
 #include <array>
@@ -38,7 +39,7 @@ std::errc lastError() {
 }
 
 Date dateOf(statx_timestamp const& stamp) {
-    return Date(std::chrono::seconds(stamp.tv_sec) + std::chrono::nanoseconds(stamp.tv_nsec));
+    return dateFrom(stamp.tv_sec, stamp.tv_nsec);
 }
 
 FileAttributes attributesOf(struct statx const& status) {
