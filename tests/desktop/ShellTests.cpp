@@ -64,6 +64,72 @@ void clickAt(Desktop& desktop, Place const& place, int button = 1) {
 
 /// Below the tray's 30 points with the margin that panels keep.
 constexpr int panelTop = 38;
+/// Another program that drags a file about, as far as a target sees of it.
+class ForeignDrag {
+public:
+    explicit ForeignDrag(Display& display)
+        : m_display(display), m_source(xcb_generate_id(display.connection())) {
+        auto* connection = display.connection();
+        xcb_create_window(connection, XCB_COPY_FROM_PARENT, m_source, display.root(), 0, 0, 1, 1, 0,
+                          XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+        display.button(1, true);
+        xcb_set_selection_owner(connection, m_source, display.atom("XdndSelection"), XCB_CURRENT_TIME);
+        display.sync();
+    }
+    ~ForeignDrag() {
+        m_display.button(1, false);
+        xcb_destroy_window(m_display.connection(), m_source);
+        m_display.sync();
+    }
+
+    /// Moves to `place`, once a window to drop on has covered what `under` is.
+    xcb_window_t waitForTarget(Place const& place, xcb_window_t under) {
+        m_display.move(place.midX(), place.midY());
+        EXPECT_TRUE(waitFor([&] { return m_display.underPointer() != under; })) << "nothing to drop on";
+        auto const target = m_display.underPointer();
+        EXPECT_FALSE(m_display.values(target, "XdndAware").empty());
+        return target;
+    }
+    void enter(xcb_window_t target) {
+        send(target, "XdndEnter", {m_source, 5u << 24, m_display.atom("text/uri-list"), 0, 0});
+    }
+    /// Whether the target would take a drop.
+    bool isAccepted(xcb_window_t target, Place const& at) {
+        auto const position = static_cast<std::uint32_t>(at.midX() << 16 | at.midY());
+        send(target, "XdndPosition",
+             {m_source, 0, position, XCB_CURRENT_TIME, m_display.atom("XdndActionCopy")});
+        bool accepted = true;
+        EXPECT_TRUE(waitFor([&] {
+            while (auto* event = xcb_poll_for_event(m_display.connection())) {
+                auto const message = *reinterpret_cast<xcb_client_message_event_t*>(event);
+                std::free(event);
+                if ((message.response_type & 0x7f) == XCB_CLIENT_MESSAGE &&
+                    message.type == m_display.atom("XdndStatus")) {
+                    accepted = message.data.data32[1] & 1;
+                    return true;
+                }
+            }
+            return false;
+        })) << "the target does not answer";
+        return accepted;
+    }
+
+private:
+    void send(xcb_window_t target, char const* type, std::array<std::uint32_t, 5> const& data) {
+        xcb_client_message_event_t event{};
+        event.response_type = XCB_CLIENT_MESSAGE;
+        event.format = 32;
+        event.window = target;
+        event.type = m_display.atom(type);
+        std::ranges::copy(data, event.data.data32);
+        xcb_send_event(m_display.connection(), false, target, 0, reinterpret_cast<char const*>(&event));
+        m_display.sync();
+    }
+
+    Display& m_display;
+    xcb_window_t m_source;
+};
+
 constexpr char popoverMode[] = "<key>popoverMode</key><true/>";
 
 TEST(Shell, ShowsTheHomeFolderWithTheKeyboardInIt) {
@@ -155,6 +221,27 @@ TEST(Tray, StripStandsInUntilATrayComes) {
     EXPECT_TRUE(display.waitUntilGone("status item"));
     clickAt(desktop, trayIcon(desktop));
     display.expectWindow("panel");
+}
+
+TEST(Tray, DragOverTheIconBringsTheBrowserAndIsRefusedThere) {
+    Desktop desktop({.tray = true});
+    Program program(desktop);
+    auto& display = desktop.display();
+    display.expectWindow("panel");
+    auto const icon = trayIcon(desktop);
+    auto const iconWindow = display.underPointer();
+    clickAt(desktop, icon);
+    EXPECT_TRUE(display.waitUntilGone("panel"));
+    display.move(400, 400);
+    {
+        ForeignDrag drag(display);
+        auto const target = drag.waitForTarget(icon, iconWindow);
+        drag.enter(target);
+        display.expectWindow("panel");
+        EXPECT_FALSE(drag.isAccepted(target, icon));
+    }
+    clickAt(desktop, trayIcon(desktop));
+    EXPECT_TRUE(display.waitUntilGone("panel")) << "the icon takes clicks again once the drag is over";
 }
 
 TEST(Popover, HangsUnderTheIconUntilEscapeOrAClickElsewhere) {

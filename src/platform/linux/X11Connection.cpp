@@ -1,5 +1,6 @@
 #include "platform/linux/X11Connection.h"
 
+#include <QAbstractEventDispatcher>
 #include <QSocketNotifier>
 
 #include <xcb/xfixes.h>
@@ -34,6 +35,9 @@ X11Connection::X11Connection(xcb_connection_t* connection, int screen)
     m_notifier =
         std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection), QSocketNotifier::Read);
     QObject::connect(m_notifier.get(), &QSocketNotifier::activated, [this] { readEvents(); });
+    // Waiting for a reply takes events off the socket too, of which the notifier then knows nothing.
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
+                     m_notifier.get(), [this] { readEvents(); });
 }
 
 X11Connection::~X11Connection() {
