@@ -100,7 +100,7 @@ TEST_F(FavoritesStoreTest, TakesAMalformedListForAnEmptyOne) {
 }
 
 TEST_F(FavoritesStoreTest, ShowsItsOwnListWhereTheFileManagersCantBeRead) {
-    makeFolders({"/home/mira/Desktop", "/plans"});
+    makeFolders({"/home/mira/Desktop", "/work"});
     construct();
     store->setSyncWithFinder(true);
     EXPECT_TRUE(store->finderAccessDenied);
@@ -108,13 +108,13 @@ TEST_F(FavoritesStoreTest, ShowsItsOwnListWhereTheFileManagersCantBeRead) {
     EXPECT_TRUE(desktop.userDefaults.boolean("syncFavoritesWithFinder"));
 
     // The list appears while the program runs.
-    desktop.desktopPlaces.places = {{{"Projects", Url::file("/plans")}}};
+    desktop.desktopPlaces.places = {{{"Projects", Url::file("/work")}}};
     desktop.desktopPlaces.observers.notify();
     EXPECT_FALSE(store->finderAccessDenied);
-    EXPECT_EQ(store->items->at(1), (SidebarItem{"/plans", "Projects", "folder", Url::file("/plans/")}));
+    EXPECT_EQ(store->items->at(1), (SidebarItem{"/work", "Projects", "folder", Url::file("/work/")}));
 
     store->removeFavorite(store->items->at(1));
-    EXPECT_EQ(ids(), (Ids{"/recents", "/plans"}));
+    EXPECT_EQ(ids(), (Ids{"/recents", "/work"}));
 
     // Readable, and nothing in it.
     desktop.desktopPlaces.places->clear();
@@ -124,7 +124,7 @@ TEST_F(FavoritesStoreTest, ShowsItsOwnListWhereTheFileManagersCantBeRead) {
 
     store->setSyncWithFinder(false);
     EXPECT_EQ(ids(), (Ids{"/recents", "/home/mira/Desktop", "/home/mira"}));
-    desktop.desktopPlaces.places = {{{"Projects", Url::file("/plans")}}};
+    desktop.desktopPlaces.places = {{{"Projects", Url::file("/work")}}};
     desktop.desktopPlaces.observers.notify();
     EXPECT_EQ(ids().size(), 3u);
 }
