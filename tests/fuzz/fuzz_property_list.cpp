@@ -8,6 +8,8 @@ void taliro::tryBytes(std::string_view bytes) {
     if (!list)
         return;
     auto const written = writePropertyListXml(*list);
+    if (written.empty())
+        return; // One text alone, and none that XML could tell.
     auto const again = parsePropertyList(written);
     if (!again || writePropertyListXml(*again) != written)
         __builtin_trap();

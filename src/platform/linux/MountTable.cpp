@@ -4,6 +4,8 @@
 #include <array>
 #include <charconv>
 #include <optional>
+#include <ranges>
+#include <unordered_set>
 
 namespace taliro {
 
@@ -114,13 +116,11 @@ std::optional<Mount> parseLine(std::string_view line) {
 
 std::vector<Mount> parseMounts(std::string_view mountinfo) {
     std::vector<Mount> mounts;
-    for (auto const line : split(mountinfo, '\n')) {
-        auto mount = parseLine(line);
-        if (!mount)
-            continue;
-        std::erase_if(mounts, [&](Mount const& other) { return other.point == mount->point; });
-        mounts.push_back(std::move(*mount));
-    }
+    std::unordered_set<std::string> points;
+    for (auto const line : split(mountinfo, '\n') | std::views::reverse)
+        if (auto mount = parseLine(line); mount && points.insert(mount->point).second)
+            mounts.push_back(std::move(*mount));
+    std::ranges::reverse(mounts);
     return mounts;
 }
 
