@@ -4,7 +4,6 @@
 #include <array>
 #include <charconv>
 #include <optional>
-#include <ranges>
 #include <unordered_set>
 
 namespace taliro {
@@ -115,10 +114,11 @@ std::optional<Mount> parseLine(std::string_view line) {
 } // namespace
 
 std::vector<Mount> parseMounts(std::string_view mountinfo) {
+    auto const lines = split(mountinfo, '\n');
     std::vector<Mount> mounts;
     std::unordered_set<std::string> points;
-    for (auto const line : split(mountinfo, '\n') | std::views::reverse)
-        if (auto mount = parseLine(line); mount && points.insert(mount->point).second)
+    for (auto line = lines.rbegin(); line != lines.rend(); ++line)
+        if (auto mount = parseLine(*line); mount && points.insert(mount->point).second)
             mounts.push_back(std::move(*mount));
     std::ranges::reverse(mounts);
     return mounts;
