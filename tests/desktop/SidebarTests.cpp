@@ -32,12 +32,15 @@ Accessible row(Program& program, char const* title) {
     return program.tree().expect(QStringLiteral("push button"), QString::fromUtf8(title));
 }
 
+/// Answers an alert, which keeps clicks from the other windows until it is gone.
 void answer(Desktop& desktop, Program& program, QString const& message, char const* button) {
-    EXPECT_TRUE(waitFor([&] {
+    auto const isAsked = [&] {
         return static_cast<bool>(
             program.tree().find([&](Accessible const& one) { return one.name().startsWith(message); }));
-    })) << message.toStdString();
+    };
+    EXPECT_TRUE(waitFor(isAsked)) << message.toStdString();
     click(desktop, program.tree().expect(QStringLiteral("push button"), QString::fromUtf8(button)));
+    EXPECT_TRUE(waitFor([&] { return !isAsked(); })) << message.toStdString();
 }
 
 /// Opens the context menu of `thing` and chooses its only command. Menus that pop up are in no accessibility

@@ -5,11 +5,9 @@
 /// What was read is written and read again: the settings store lives by that.
 void taliro::tryBytes(std::string_view bytes) {
     auto const list = parsePropertyList(bytes);
-    if (!list)
+    if (!list || !list->as<PropertyValue::Dictionary>())
         return;
     auto const written = writePropertyListXml(*list);
-    if (written.empty())
-        return; // One text alone, and none that XML could tell.
     auto const again = parsePropertyList(written);
     if (!again || writePropertyListXml(*again) != written)
         __builtin_trap();

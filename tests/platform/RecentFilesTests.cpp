@@ -116,7 +116,7 @@ TEST(HomeWalk, WaitsForNoSleepingServer) {
     if (!server || ::mount("server", asleep.c_str(), "fuse", 0, data.c_str()) != 0)
         GTEST_SKIP() << "needs the right to mount";
     auto options = home.options();
-    options.first = {asleep, asleep / "Documents"};
+    options.first = {asleep / "Documents"};
     auto walk = std::async(std::launch::async, [&] { return HomeWalk::run(options, {}); });
     bool const ended = walk.wait_for(20s) == std::future_status::ready;
     ::umount2(asleep.c_str(), MNT_DETACH);
