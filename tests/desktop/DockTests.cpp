@@ -1,5 +1,5 @@
-// The program as one of the taskbar, switched while its panel is shown. It runs in this process, for it has no
-// control for that.
+// The program as one of the taskbar, switched while its panel is shown. It runs in this process, for it has
+// no control for that.
 
 #include "app/AppDelegate.h"
 #include "app/AppSettings.h"
@@ -21,7 +21,8 @@ namespace {
 
 QMenuBar const* menuBar() {
     for (auto const* one : QApplication::topLevelWidgets())
-        if (auto const* bar = one->windowRole() == QLatin1String("panel") ? one->findChild<QMenuBar*>() : nullptr)
+        if (auto const* bar =
+                one->windowRole() == QLatin1String("panel") ? one->findChild<QMenuBar*>() : nullptr)
             return bar;
     return nullptr;
 }
@@ -47,27 +48,29 @@ TEST(Dock, TakesThePanelToTheTaskbarAndBackAtOnce) {
     }
 }
 
-} // namespace
-} // namespace taliro::testing
-
-int main(int argc, char** argv) {
-    using namespace taliro;
-    ::testing::InitGoogleTest(&argc, argv);
-    if (::testing::GTEST_FLAG(list_tests))
-        return RUN_ALL_TESTS();
-    testing::TemporaryFolder folder;
+/// On a desktop of their own, with settings of their own.
+int runTests(int argc, char** argv) {
+    TemporaryFolder folder;
     for (char const* name : {"HOME", "XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
         ::setenv(name, folder.makeFolder(name).c_str(), 1);
     ::setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere", 1);
     ::unsetenv("WAYLAND_DISPLAY");
-    testing::XServer const server;
-    auto const windowManager = testing::start({"openbox"});
-    testing::Display display(std::getenv("DISPLAY"));
-    if (!testing::waitFor([&] { return !display.values(display.root(), "_NET_SUPPORTING_WM_CHECK").empty(); }))
+    XServer const server;
+    auto const windowManager = start({"openbox"});
+    Display display(std::getenv("DISPLAY"));
+    if (!waitFor([&] { return !display.values(display.root(), "_NET_SUPPORTING_WM_CHECK").empty(); }))
         return EXIT_FAILURE;
     QApplication application(argc, argv);
     LinuxPlatform services({QStringLiteral("0"), QString()});
     Platform::install(services.platform);
     Theme::current().install(application);
     return RUN_ALL_TESTS();
+}
+
+} // namespace
+} // namespace taliro::testing
+
+int main(int argc, char** argv) {
+    ::testing::InitGoogleTest(&argc, argv);
+    return ::testing::GTEST_FLAG(list_tests) ? RUN_ALL_TESTS() : taliro::testing::runTests(argc, argv);
 }

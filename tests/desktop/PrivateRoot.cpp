@@ -37,7 +37,7 @@ std::string enterPrivateRoot() {
 }
 
 void setLinkFolderWritable(bool writable) {
-    auto const flags = MS_REMOUNT | MS_BIND | (writable ? 0u : MS_RDONLY);
+    unsigned long const flags = writable ? MS_REMOUNT | MS_BIND : MS_REMOUNT | MS_BIND | MS_RDONLY;
     EXPECT_EQ(::mount(nullptr, linkFolder, nullptr, flags, nullptr), 0) << std::strerror(errno);
 }
 
