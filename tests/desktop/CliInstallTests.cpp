@@ -25,6 +25,8 @@ struct CliInstall : ::testing::Test {
     void SetUp() override {
         if (!refusal.empty())
             GTEST_SKIP() << refusal;
+        setLinkFolderWritable(true);
+        fs::remove(link);
         auto const bundle = folder / "it's a \"b\\c\" $(d)";
         fs::copy(Program::built().parent_path(), bundle, fs::copy_options::recursive);
         tool = bundle / "Resources/taliro";

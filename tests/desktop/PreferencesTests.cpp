@@ -50,6 +50,12 @@ WindowInfo openFromPanel(Desktop& desktop, Program& program) {
     return settled(desktop, program);
 }
 
+void dismissAlert(Program& program, char const* title) {
+    auto const alert = program.tree().expect("", QString::fromUtf8(title));
+    program.tree().expect("push button", "OK").act();
+    EXPECT_TRUE(waitFor([&] { return !alert.isShowing(); }));
+}
+
 bool areInFrontOf(Display& display, std::string_view role) {
     return waitFor([&] {
         auto const all = display.windows(); // the lowest first
@@ -182,9 +188,7 @@ TEST(Preferences, StartAtLoginIsWhatTheSessionWillDo) {
     std::filesystem::remove(entry.parent_path());
     std::ofstream(entry.parent_path()) << "in the way";
     click(desktop, start);
-    auto const alert = program.tree().expect("", "Couldn't enable Start at Login");
-    program.tree().expect("push button", "OK").act();
-    EXPECT_TRUE(waitFor([&] { return !alert.isShowing(); }));
+    dismissAlert(program, "Couldn't enable Start at Login");
     EXPECT_TRUE(start.has(State::checked));
 }
 
@@ -220,8 +224,7 @@ TEST(Preferences, SyncingFavoritesWarnsWhereItCantAndFollowsTheSidebar) {
     click(desktop, sync);
     program.tree().expect("label", warning);
     program.tree().expect("push button", "Open System Settings").act();
-    program.tree().expect("", "This desktop has no settings page for file access");
-    program.tree().expect("push button", "OK").act();
+    dismissAlert(program, "This desktop has no settings page for file access");
     click(desktop, sync);
     EXPECT_TRUE(program.tree().waitUntilGone("label", warning));
 
