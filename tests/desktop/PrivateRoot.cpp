@@ -26,10 +26,11 @@ void becomeRoot(uid_t user, gid_t group) {
 std::string enterPrivateRoot() {
     auto const user = ::getuid();
     auto const group = ::getgid();
-    if (::unshare(user == 0 ? CLONE_NEWNS : CLONE_NEWUSER | CLONE_NEWNS) != 0)
-        return std::string("no namespace of our own: ") + std::strerror(errno);
-    if (user != 0)
+    if (::unshare(CLONE_NEWNS) != 0) {
+        if (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0)
+            return std::string("no namespace of our own: ") + std::strerror(errno);
         becomeRoot(user, group);
+    }
     if (::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
         ::mount("tmpfs", linkFolder, "tmpfs", 0, "mode=755") != 0)
         return std::string("no mount of our own: ") + std::strerror(errno);
