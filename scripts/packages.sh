@@ -12,7 +12,7 @@ packages_for() {
         libxkbcommon-x11-dev libglib2.0-dev libarchive-dev libgtest-dev libgmock-dev" ;;
     run) echo "qt6-qpa-plugins libqt6svg6 shared-mime-info adwaita-icon-theme dbus fonts-inter" ;;
     # A display where there is none, with a window manager, a tray and something that takes pictures.
-    virtual) echo "xvfb openbox tint2 xdotool imagemagick x11-xserver-utils" ;;
+    virtual) echo "xvfb openbox tint2 xdotool imagemagick x11-utils x11-xserver-utils" ;;
     test) echo "xvfb openbox tint2 xdotool imagemagick xauth dbus at-spi2-core x11-utils x11-xserver-utils
         desktop-file-utils appstream python3-xdg openssl xkb-data x11-xkb-utils" ;;
     # What the benchmarks are measured beside.
