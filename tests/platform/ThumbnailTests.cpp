@@ -33,7 +33,10 @@ struct Thumbnails : ::testing::Test {
     }
     QImage make(fs::path const& path, int pixels = 128) {
         auto const picture = maker.make({Url::file(path.string()), pixels, pixels}, renderer, {});
-        return picture ? imageOf(*picture) : QImage();
+        if (!picture)
+            return {};
+        auto const* const bytes = reinterpret_cast<uchar const*>(picture->pixels.get());
+        return QImage(bytes, picture->width, picture->height, QImage::Format_ARGB32_Premultiplied).copy();
     }
     std::size_t stored(std::string const& size) {
         std::error_code error;

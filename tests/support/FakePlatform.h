@@ -413,6 +413,7 @@ struct FakePreviews : PreviewService {
         return {};
     }
     Subscription summary(Url const&, std::function<void(ContentSummary const&)>) override { return {}; }
+    std::unique_ptr<Playback> playback(Url const&, int, int, PlaybackEvents) override { return nullptr; }
 };
 
 /// Thumbnails that come when the test says so.

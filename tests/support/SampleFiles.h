@@ -82,6 +82,57 @@ inline std::string pngBomb() {
     return encoded(image, "png");
 }
 
+/// Numbers and tags as RIFF files hold them.
+inline std::string littleEndian(std::uint32_t number, std::size_t bytes = 4) {
+    std::string result;
+    for (std::size_t i = 0; i < bytes; ++i)
+        result += static_cast<char>(number >> (8 * i));
+    return result;
+}
+inline std::string chunk(std::string const& tag, std::string const& content) {
+    return tag + littleEndian(static_cast<std::uint32_t>(content.size())) + content +
+           std::string(content.size() % 2, '\0');
+}
+
+/// Silence, 8 bits at 8 kHz.
+inline std::string wav(int seconds) {
+    auto const format = littleEndian(1, 2) + littleEndian(1, 2) + littleEndian(8000) + littleEndian(8000) +
+                        littleEndian(1, 2) + littleEndian(8, 2);
+    return chunk("RIFF", "WAVE" + chunk("fmt ", format) +
+                             chunk("data", std::string(static_cast<std::size_t>(seconds) * 8000, '\x80')));
+}
+
+/// An AVI of JPEG pictures, ten a second: the first half is red, the second blue.
+inline std::string film(int seconds, int width = 64, int height = 48) {
+    auto const count = static_cast<std::uint32_t>(seconds) * 10;
+    auto const w = static_cast<std::uint32_t>(width);
+    auto const h = static_cast<std::uint32_t>(height);
+    std::string frames;
+    std::string index;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        QImage image(width, height, QImage::Format_RGB32);
+        image.fill(i < count / 2 ? Qt::red : Qt::blue);
+        auto const frame = chunk("00dc", encoded(image, "jpg"));
+        index += "00dc" + littleEndian(0x10) + littleEndian(static_cast<std::uint32_t>(frames.size()) + 4) +
+                 littleEndian(static_cast<std::uint32_t>(frame.size()) - 8);
+        frames += frame;
+    }
+    auto const numbers = [](std::initializer_list<std::uint32_t> list) {
+        std::string result;
+        for (auto const number : list)
+            result += littleEndian(number);
+        return result;
+    };
+    auto const main = numbers({100'000, 0, 0, 0x10, count, 0, 1, 0, w, h, 0, 0, 0, 0});
+    auto const stream = "vidsMJPG" + numbers({0, 0, 0, 1, 10, 0, count, 0, 0xFFFFFFFF, 0, 0, 0});
+    auto const picture = numbers({40, w, h}) + littleEndian(1, 2) + littleEndian(24, 2) + "MJPG" +
+                         numbers({w * h * 3, 0, 0, 0, 0});
+    auto const header =
+        chunk("avih", main) + chunk("LIST", "strl" + chunk("strh", stream) + chunk("strf", picture));
+    return chunk("RIFF", "AVI " + chunk("LIST", "hdrl" + header) + chunk("LIST", "movi" + frames) +
+                             chunk("idx1", index));
+}
+
 /// The first font of the machine; empty where it has none.
 inline std::filesystem::path anyFont() {
     std::error_code error;
