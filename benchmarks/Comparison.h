@@ -11,6 +11,7 @@ struct Contender {
     std::string name;
     std::function<std::size_t()> run;
     std::function<void()> prepare = {}; ///< before each run, not counted
+    bool doesLess = false; ///< of what we do, as the row then tells: a peer that knows fewer kinds of files
 };
 
 /// Lets all take turns, so that whatever else the machine does hits each alike, and prints a row of the

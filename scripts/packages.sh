@@ -11,15 +11,15 @@ packages_for() {
         libxcb-xtest0-dev libxcb-xkb-dev libxcb-randr0-dev libxcb-shape0-dev libxcb-icccm4-dev libxkbcommon-dev
         libxkbcommon-x11-dev libglib2.0-dev libarchive-dev libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev
         libgtest-dev libgmock-dev" ;;
-    run) echo "qt6-qpa-plugins libqt6svg6 shared-mime-info adwaita-icon-theme dbus fonts-inter
+    run) echo "qt6-qpa-plugins libqt6svg6 shared-mime-info adwaita-icon-theme dbus fonts-inter qt6-image-formats-plugins
         gstreamer1.0-plugins-base gstreamer1.0-plugins-good" ;;
     # A display where there is none, with a window manager, a tray and something that takes pictures.
     virtual) echo "xvfb openbox tint2 xdotool imagemagick x11-xserver-utils" ;;
     test) echo "xvfb openbox tint2 xdotool imagemagick xauth dbus at-spi2-core x11-utils x11-xserver-utils
         desktop-file-utils appstream xkb-data x11-xkb-utils gstreamer1.0-plugins-base
-        gstreamer1.0-plugins-good" ;;
+        gstreamer1.0-plugins-good qt6-image-formats-plugins" ;;
     # What the benchmarks are measured beside.
-    bench) echo "dbus tumbler" ;;
+    bench) echo "dbus tumbler webp-pixbuf-loader qt6-image-formats-plugins" ;;
     *) echo "packages.sh: no purpose called $1" >&2 && return 2 ;;
     esac
 }

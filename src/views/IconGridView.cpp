@@ -12,6 +12,8 @@
 #include <QPointer>
 #include <QTextLayout>
 
+#include <cmath>
+
 namespace taliro {
 
 namespace {
@@ -25,22 +27,24 @@ constexpr int rowPitch = cellSize + rowGap;
 constexpr int imageSize = 64;
 constexpr int nameGap = 4;   ///< between image and name
 constexpr int nameInset = 3; ///< left and right of the name, within its background
+constexpr int nameWidth = cellSize - 2 * nameInset;
+constexpr std::size_t mostNamesKept = 4000;
 
 /// The name broken into at most two lines, the second cut in its middle where it is too long.
-QStringList linesOf(QString const& name, QFontMetrics const& metrics, QFont const& font, int width) {
+QStringList linesOf(QString const& name, QFontMetrics const& metrics, QFont const& font) {
     QTextLayout layout(name, font);
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
     layout.beginLayout();
     auto line = layout.createLine();
-    line.setLineWidth(width);
+    line.setLineWidth(nameWidth);
     int const firstLength = line.textLength();
     layout.endLayout();
     if (firstLength >= name.size())
         return {name};
     return {name.left(firstLength).trimmed(),
-            metrics.elidedText(name.mid(firstLength).trimmed(), Qt::ElideMiddle, width)};
+            metrics.elidedText(name.mid(firstLength).trimmed(), Qt::ElideMiddle, nameWidth)};
 }
 
 } // namespace
@@ -111,7 +115,7 @@ std::optional<Url> const& IconGridView::alsoSelected() const {
 void IconGridView::paintCell(QPainter& painter, QRect const& cell, FileEntry const& entry, bool selected) {
     QRect const image(cell.left() + (cell.width() - imageSize) / 2, cell.top(), imageSize, imageSize);
     paintImage(painter, image, entry);
-    paintName(painter, cell, entry, selected);
+    paintName(painter, cell, nameOf(entry), selected);
 }
 
 /// The file's thumbnail, once there is one; a folder has none.
@@ -125,51 +129,72 @@ void IconGridView::paintImage(QPainter& painter, QRect const& box, FileEntry con
         if (!entry.isDirectory)
             thumbnails.load(entry.url, imageSize, [view = QPointer(this), url = entry.url](Picture const&) {
                 if (view)
-                    view->viewport()->update(view->rectOf(url));
+                    view->updateItem(url);
             });
         return;
     }
+    // On whole points, where an image that needs no scaling is merely copied.
     auto const image = toImage(*known);
-    QRectF target(QPointF(), QSizeF(image.size()).scaled(box.size(), Qt::KeepAspectRatio));
-    target.moveCenter(QRectF(box).center());
+    QRect target(QPoint(), image.size().scaled(box.size(), Qt::KeepAspectRatio).expandedTo({1, 1}));
+    target.moveCenter(box.center());
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawImage(target, image);
-    strokeRounded(painter, target, 0, colors().line); // A white page would be lost on a white ground.
+    painter.setPen(colors().line); // A white page would be lost on a white ground.
+    painter.setBrush(Qt::NoBrush);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.drawRect(target.adjusted(0, 0, -1, -1));
+    painter.setRenderHint(QPainter::Antialiasing);
 }
 
 /// What was scrolled past needs no thumbnail any more.
 void IconGridView::scrollContentsBy(int dx, int dy) {
     ItemView::scrollContentsBy(dx, dy);
     std::unordered_set<Url> visible;
-    auto const [first, last] = rowsBetween(verticalOffset(), verticalOffset() + viewport()->height());
+    auto const [first, last] = visibleRows();
     for (int row = first; row < last; ++row)
         visible.insert(rows()[static_cast<std::size_t>(row)].url);
     ThumbnailCache::shared().cancelExcept(visible);
 }
 
-void IconGridView::paintName(QPainter& painter, QRect const& cell, FileEntry const& entry,
-                             bool selected) const {
-    auto const lines = linesOf(shownName(entry), fontMetrics(), font(), cell.width() - 2 * nameInset);
+IconGridView::Name const& IconGridView::nameOf(FileEntry const& entry) const {
+    if (m_names.size() > mostNamesKept)
+        m_names.clear();
+    auto const [found, isNew] = m_names.try_emplace(std::string(entry.nameView()));
+    auto& name = found->second;
+    if (!isNew)
+        return name;
+    auto const text = shownName(entry);
+    for (auto const& line : linesOf(text, fontMetrics(), font())) {
+        auto& shown = name.lines.emplace_back(line);
+        shown.setTextFormat(Qt::PlainText);
+        shown.prepare({}, font());
+        name.isCut = line.contains(u'…') && !text.contains(u'…');
+    }
+    return name;
+}
+
+void IconGridView::paintName(QPainter& painter, QRect const& cell, Name const& name, bool selected) const {
     int const height = fontMetrics().height();
-    int width = 0;
-    for (auto const& line : lines)
-        width = std::max(width, fontMetrics().horizontalAdvance(line));
-    QRect box(0, cell.top() + imageSize + nameGap, width + 2 * nameInset,
-              static_cast<int>(lines.size()) * height + 2);
-    box.moveLeft(cell.left() + (cell.width() - box.width()) / 2);
+    qreal width = 0;
+    for (auto const& line : name.lines)
+        width = std::max(width, line.size().width());
+    QRectF box(0, cell.top() + imageSize + nameGap, width + 2 * nameInset,
+               static_cast<int>(name.lines.size()) * height + 2);
+    box.moveLeft(cell.left() + std::floor((cell.width() - box.width()) / 2));
     if (selected)
         fillRounded(painter, box, 4, colors().accent);
     painter.setFont(font());
     painter.setPen(selected ? colors().onAccent : colors().text1);
-    for (int i = 0; i < lines.size(); ++i)
-        painter.drawText(QRect(cell.left(), box.top() + 1 + i * height, cell.width(), height),
-                         Qt::AlignCenter | Qt::TextSingleLine, lines[i]);
+    auto top = box.top() + 1;
+    for (auto const& line : name.lines) {
+        painter.drawStaticText(
+            QPointF(cell.left() + std::floor((cell.width() - line.size().width()) / 2), top), line);
+        top += height;
+    }
 }
 
-bool IconGridView::isCut(QRect const& cell, FileEntry const& entry) const {
-    auto const name = shownName(entry);
-    return linesOf(name, fontMetrics(), font(), cell.width() - 2 * nameInset).back().contains(u'…') &&
-           !name.contains(u'…');
+bool IconGridView::isCut(QRect const&, FileEntry const& entry) const {
+    return nameOf(entry).isCut;
 }
 
 /// Where a key leads: left and right in reading order, up and down by a line.

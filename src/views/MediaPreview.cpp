@@ -88,12 +88,11 @@ void MediaPreview::open() {
 void MediaPreview::show(PlaybackState const& state) {
     m_state = state;
     if (state.phase == PlaybackState::Phase::failed) {
+        m_playback.reset();
         Q_EMIT failed();
         return;
     }
     m_controls->setState(state);
-    if (state.duration.count() > 0)
-        Q_EMIT described(timeText(state.duration));
 }
 
 /// The first picture is often black: the poster says more, as long as nobody plays.

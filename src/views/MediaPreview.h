@@ -34,8 +34,6 @@ public:
     QSize sizeHint() const override;
 
 Q_SIGNALS:
-    /// What there is to say of it: how long it is.
-    void described(QString const& facts);
     /// This system can't play it.
     void failed();
 

@@ -13,8 +13,8 @@ namespace taliro {
 namespace {
 constexpr int barHeight = 40;
 constexpr int step = 5000; ///< milliseconds
-} // namespace
 
+/// "0:07", "12:34", "1:02:03".
 QString timeText(std::chrono::milliseconds time) {
     auto const seconds = std::chrono::floor<std::chrono::seconds>(time).count();
     auto const text = [](qint64 number) { return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0')); };
@@ -23,6 +23,8 @@ QString timeText(std::chrono::milliseconds time) {
     return (hours > 0 ? QString::number(hours) + u':' + text(minutes) : QString::number(minutes)) + u':' +
            text(seconds % 60);
 }
+
+} // namespace
 
 PlaybackControls::PlaybackControls(QWidget* parent) : QWidget(parent) {
     setFixedHeight(barHeight);

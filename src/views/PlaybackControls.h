@@ -38,7 +38,4 @@ private:
     ToolButton* m_mute;
 };
 
-/// "0:07", "12:34", "1:02:03".
-QString timeText(std::chrono::milliseconds time);
-
 } // namespace taliro

@@ -116,7 +116,6 @@ void QuickLookWindow::makeContents() {
     connect(m_pages, &PagesPreview::pageShown, this,
             [this](int page, int pages) { setSubtitle(tr("%1 of %2").arg(page).arg(pages)); });
     connect(m_text, &TextPreviewPane::described, this, &QuickLookWindow::setSubtitle);
-    connect(m_media, &MediaPreview::described, this, &QuickLookWindow::setSubtitle);
     auto const showFacts = [this] {
         if (m_item)
             showSummary(*m_item, false);

@@ -405,10 +405,17 @@ struct FakeVolumes : Volumes {
 
 /// No previews at all.
 struct FakePreviews : PreviewService {
+    PreviewKind fileKind = PreviewKind::other;
+    int pagesAsked = 0;
+    int pagesUnderWay = 0;
     PreviewKind previewKind(Url const&, bool isDirectory) override {
-        return isDirectory ? PreviewKind::folder : PreviewKind::other;
+        return isDirectory ? PreviewKind::folder : fileKind;
     }
-    Subscription page(PageRequest, std::function<void(std::optional<PagePicture>)>) override { return {}; }
+    Subscription page(PageRequest, std::function<void(std::optional<PagePicture>)>) override {
+        ++pagesAsked;
+        ++pagesUnderWay;
+        return Subscription([this] { --pagesUnderWay; });
+    }
     Subscription text(Url const&, std::size_t, std::function<void(std::optional<TextPreview>)>) override {
         return {};
     }
