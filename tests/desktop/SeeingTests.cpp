@@ -128,7 +128,7 @@ TEST(Inspector, TellsTheFactsOfWhatIsSelected) {
     auto const pages = desktop.write("Files/pages.pdf", std::string(1'500'000, ' '));
     using namespace std::chrono;
     // The third of February 2024, 04:05, in the tests' time zone.
-    auto const then = file_clock::from_sys(sys_days(2024y / February / 3) + 4h + 5min);
+    auto const then = file_clock::from_sys(sys_time<nanoseconds>(sys_days(2024y / February / 3) + 4h + 5min));
     for (auto const& path : {photo, pages})
         std::filesystem::last_write_time(path, then);
     Program program(desktop, {photo.string()});
@@ -242,12 +242,14 @@ TEST(MiniBrowser, TakesOverWhereTheBrowserIsNarrow) {
         SCOPED_TRACE(width);
         setWidth(desktop, panel.id, width);
         program.tree().expect("", isMini ? "Favorites" : "Inspector");
-        if (hasSearch)
+        if (hasSearch) {
             program.tree().expect("", "Find in folder");
-        else
+        } else {
             EXPECT_TRUE(program.tree().waitUntilGone("", "Find in folder"));
-        if (isMini)
+        }
+        if (isMini) {
             EXPECT_TRUE(program.tree().waitUntilGone("", "Inspector"));
+        }
         EXPECT_TRUE(isSelected(program, "one.txt"));
     }
     EXPECT_TRUE(display.window("panel"));
