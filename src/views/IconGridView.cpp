@@ -10,7 +10,6 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPointer>
-#include <QTextLayout>
 
 #include <cmath>
 
@@ -28,23 +27,24 @@ constexpr int imageSize = 64;
 constexpr int nameGap = 4;   ///< between image and name
 constexpr int nameInset = 3; ///< left and right of the name, within its background
 constexpr int nameWidth = cellSize - 2 * nameInset;
-constexpr std::size_t mostNamesKept = 4000;
+constexpr std::size_t mostNamesKept = 1000;
 
-/// The name broken into at most two lines, the second cut in its middle where it is too long.
-QStringList linesOf(QString const& name, QFontMetrics const& metrics, QFont const& font) {
-    QTextLayout layout(name, font);
-    QTextOption option;
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    layout.setTextOption(option);
+/// Breaks the text into at most two lines; where the second one begins, and how much of the text both hold.
+std::pair<int, int> breakLines(QTextLayout& layout, int lineHeight) {
     layout.beginLayout();
-    auto line = layout.createLine();
-    line.setLineWidth(nameWidth);
-    int const firstLength = line.textLength();
+    int second = 0;
+    int end = 0;
+    for (int i = 0; i < 2; ++i) {
+        auto line = layout.createLine();
+        if (!line.isValid())
+            break;
+        line.setLineWidth(nameWidth);
+        line.setPosition({0, static_cast<qreal>(i * lineHeight)});
+        second = line.textStart();
+        end = second + line.textLength();
+    }
     layout.endLayout();
-    if (firstLength >= name.size())
-        return {name};
-    return {name.left(firstLength).trimmed(),
-            metrics.elidedText(name.mid(firstLength).trimmed(), Qt::ElideMiddle, nameWidth)};
+    return {second, end};
 }
 
 } // namespace
@@ -164,33 +164,35 @@ IconGridView::Name const& IconGridView::nameOf(FileEntry const& entry) const {
     if (!isNew)
         return name;
     auto const text = shownName(entry);
-    for (auto const& line : linesOf(text, fontMetrics(), font())) {
-        auto& shown = name.lines.emplace_back(line);
-        shown.setTextFormat(Qt::PlainText);
-        shown.prepare({}, font());
-        name.isCut = line.contains(u'…') && !text.contains(u'…');
+    name.layout = std::make_unique<QTextLayout>(text, font());
+    name.layout->setCacheEnabled(true);
+    QTextOption option(Qt::AlignHCenter);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    name.layout->setTextOption(option);
+    auto const [second, end] = breakLines(*name.layout, fontMetrics().height());
+    name.isCut = end < text.size();
+    if (name.isCut) { // In its middle: the end tells as much as the beginning.
+        name.layout->setText(text.left(second).trimmed() + QChar::LineSeparator +
+                             fontMetrics().elidedText(text.mid(second), Qt::ElideMiddle, nameWidth));
+        breakLines(*name.layout, fontMetrics().height());
     }
     return name;
 }
 
 void IconGridView::paintName(QPainter& painter, QRect const& cell, Name const& name, bool selected) const {
-    int const height = fontMetrics().height();
-    qreal width = 0;
-    for (auto const& line : name.lines)
-        width = std::max(width, line.size().width());
-    QRectF box(0, cell.top() + imageSize + nameGap, width + 2 * nameInset,
-               static_cast<int>(name.lines.size()) * height + 2);
-    box.moveLeft(cell.left() + std::floor((cell.width() - box.width()) / 2));
-    if (selected)
+    auto const& layout = *name.layout;
+    QPointF const origin(cell.left() + nameInset, cell.top() + imageSize + nameGap + 1);
+    if (selected) {
+        qreal width = 0;
+        for (int i = 0; i < layout.lineCount(); ++i)
+            width = std::max(width, layout.lineAt(i).naturalTextWidth());
+        QRectF box(0, origin.y() - 1, std::ceil(width) + 2 * nameInset,
+                   layout.lineCount() * fontMetrics().height() + 2);
+        box.moveLeft(cell.left() + (cell.width() - box.width()) / 2);
         fillRounded(painter, box, 4, colors().accent);
-    painter.setFont(font());
-    painter.setPen(selected ? colors().onAccent : colors().text1);
-    auto top = box.top() + 1;
-    for (auto const& line : name.lines) {
-        painter.drawStaticText(
-            QPointF(cell.left() + std::floor((cell.width() - line.size().width()) / 2), top), line);
-        top += height;
     }
+    painter.setPen(selected ? colors().onAccent : colors().text1);
+    layout.draw(&painter, origin);
 }
 
 bool IconGridView::isCut(QRect const&, FileEntry const& entry) const {

@@ -3,8 +3,9 @@
 #include "views/BrowserKeys.h"
 #include "views/ItemView.h"
 
-#include <QStaticText>
+#include <QTextLayout>
 
+#include <memory>
 #include <string>
 #include <unordered_map>
 
@@ -32,9 +33,9 @@ protected:
     void scrollContentsBy(int dx, int dy) override;
 
 private:
-    /// A name broken into at most two lines.
+    /// A name broken into at most two lines, ready to be painted.
     struct Name {
-        std::vector<QStaticText> lines;
+        std::unique_ptr<QTextLayout> layout;
         bool isCut = false;
     };
     void recomputeColumns(int width);
