@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that a purpose needs and that are missing.
-#   scripts/packages.sh build|run|virtual|test|bench…
+#   scripts/packages.sh build|run|virtual|test|bench|package|fresh…
 #   scripts/packages.sh --list build|run|…      prints their names instead
 set -euo pipefail
 
@@ -14,12 +14,15 @@ packages_for() {
     run) echo "qt6-qpa-plugins libqt6svg6 shared-mime-info adwaita-icon-theme dbus fonts-inter qt6-image-formats-plugins
         gstreamer1.0-plugins-base gstreamer1.0-plugins-good" ;;
     # A display where there is none, with a window manager, a tray and something that takes pictures.
-    virtual) echo "xvfb openbox tint2 xdotool imagemagick x11-xserver-utils" ;;
+    virtual) echo "xvfb openbox tint2 xdotool imagemagick x11-utils x11-xserver-utils" ;;
     test) echo "xvfb openbox tint2 xdotool imagemagick xauth dbus at-spi2-core x11-utils x11-xserver-utils
-        desktop-file-utils appstream xkb-data x11-xkb-utils gstreamer1.0-plugins-base
+        desktop-file-utils appstream python3-xdg openssl xkb-data x11-xkb-utils gstreamer1.0-plugins-base
         gstreamer1.0-plugins-good qt6-image-formats-plugins" ;;
     # What the benchmarks are measured beside.
     bench) echo "dbus tumbler webp-pixbuf-loader qt6-image-formats-plugins" ;;
+    # What makes the Debian package and looks for faults in it, and a fresh system to try it in.
+    package) echo "dpkg-dev lintian" ;;
+    fresh) echo "debootstrap ccache" ;;
     *) echo "packages.sh: no purpose called $1" >&2 && return 2 ;;
     esac
 }

@@ -54,7 +54,7 @@ struct FakeTypeCatalog : TypeCatalog {
     std::string mimeType(std::string_view name, bool isDirectory) override {
         return isDirectory ? "inode/directory" : name.ends_with(".png") ? "image/png" : "text/plain";
     }
-    std::string kind(std::string_view name, bool isDirectory) override {
+    InternedText kind(std::string_view name, bool isDirectory) override {
         auto const dot = name.rfind('.');
         if (isDirectory)
             return "Folder";
