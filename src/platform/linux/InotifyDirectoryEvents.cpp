@@ -50,12 +50,6 @@ public:
         ::inotify_rm_watch(m_descriptor.get(), watch);
     }
 
-private:
-    struct Listeners {
-        int count = 0;
-        Observers<Changed const&> observers;
-    };
-
     /// Reads what the kernel has queued, then tells each watch once.
     void drain() {
         std::map<int, Changed> touched;
@@ -85,6 +79,12 @@ private:
             }
     }
 
+private:
+    struct Listeners {
+        int count = 0;
+        Observers<Changed const&> observers;
+    };
+
     /// An event without a name is the folder's own: all of it may have changed.
     static void note(std::map<int, Changed>& touched, int watch, std::string_view name) {
         auto const [entry, isNew] = touched.try_emplace(watch, Changed::value_type());
@@ -111,6 +111,7 @@ public:
         m_subscription.cancel();
         m_queue->release(m_watch);
     }
+    int identity() const override { return m_watch; }
 
 private:
     std::shared_ptr<Queue> m_queue;
@@ -132,6 +133,11 @@ InotifyDirectoryEvents::watch(Url const& folder, std::function<void(Changed cons
     if (!watch)
         return std::unexpected(watch.error());
     return std::make_unique<WatchSource<Queue>>(m_queue, *watch, m_queue->listen(*watch, std::move(onEvent)));
+}
+
+void InotifyDirectoryEvents::deliverPending() {
+    if (*m_queue)
+        m_queue->drain();
 }
 
 } // namespace taliro
