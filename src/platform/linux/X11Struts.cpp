@@ -36,7 +36,8 @@ std::vector<X11Strut> struts(X11Connection& x) {
         if (!reply || reply->format != 32 || reply->value_len != std::tuple_size_v<X11Strut>)
             continue;
         auto const* first = static_cast<std::uint32_t const*>(xcb_get_property_value(reply.get()));
-        std::copy_n(first, found.emplace_back().size(), found.back().begin());
+        auto& strut = found.emplace_back();
+        std::copy_n(first, strut.size(), strut.begin());
     }
     return found;
 }
