@@ -10,8 +10,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Above this, reading the whole folder is quicker than asking for each item.
-constexpr std::size_t mostChanges = 256;
+/// Above this, reading the whole folder is quicker than asking for each item, even where it is large.
+constexpr std::size_t mostChanges = 4096;
 
 bool isMissing(std::errc error) {
     return error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory;
