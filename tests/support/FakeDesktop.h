@@ -58,7 +58,8 @@ struct FakeStatusItem : StatusItem {
     void setVisible(bool value) override { visible = value; }
     std::optional<Rect> frame() override { return place; }
     bool contains(Point point) override { return place && place->contains(point); }
-    void showMenu(std::vector<StatusMenuEntry> entries) override { menu = std::move(entries); }
+    void setMenu(std::vector<StatusMenuEntry> const& entries) override { menu = entries; }
+    void showMenu() override {}
 };
 
 struct FakeStatusBar : StatusBar {
