@@ -13,14 +13,18 @@ namespace taliro::testing {
 struct FakeDirectoryEvents : DirectoryEvents {
     struct FakeSource : Source {
         FakeSource(FakeDirectoryEvents& owner, std::string path, std::function<void(Changed const&)> onEvent)
-            : owner(owner), path(std::move(path)), onEvent(std::move(onEvent)) {
+            : owner(owner),
+              path(std::move(path)),
+              onEvent(std::move(onEvent)),
+              number(owner.identities[this->path]) {
             owner.sources.insert(this);
         }
         ~FakeSource() override { owner.sources.erase(this); }
-        int identity() const override { return owner.identities[path]; }
+        int identity() const override { return number; }
         FakeDirectoryEvents& owner;
         std::string path;
         std::function<void(Changed const&)> onEvent;
+        int number;
     };
     std::set<FakeSource*> sources;
     std::map<std::string, int> identities; ///< by path; another number for a folder in its place
