@@ -21,11 +21,12 @@ using Names = std::optional<std::vector<std::string>>;
 struct DirectoryWatching : ::testing::Test {
     TemporaryFolder folder;
     std::filesystem::path shown = folder.makeFolder("above/shown");
+    Url url = Url::file(shown.string(), true);
     InotifyDirectoryEvents events;
     QtMainQueue queue;
     DirectoryWatcher watcher{events, queue};
 
-    DirectoryWatching() { watcher.watch(Url::file(shown, true)); }
+    DirectoryWatching() { watcher.watch(url); }
 
     /// Whether the watcher ticks after `action` and, some tick later, knows no more than `names` changed.
     void expectTick(char const* what, std::function<void()> const& action) {
@@ -70,7 +71,7 @@ TEST_F(DirectoryWatching, SurvivesThatItsFileSystemIsUnmounted) {
     watcher.stop();
     if (::mount("none", shown.c_str(), "tmpfs", 0, "size=64k") != 0)
         GTEST_SKIP() << "needs the right to mount";
-    watcher.watch(Url::file(shown, true));
+    watcher.watch(url);
     expectChange("a.txt");
     expectTick("unmounted", [&] { EXPECT_EQ(::umount(shown.c_str()), 0); });
     expectChange("b.txt");
@@ -94,7 +95,7 @@ TEST_F(DirectoryWatching, LostEventsCountAsAChangeOfEverything) {
 TEST_F(DirectoryWatching, AnnouncedChangesAreNamedByTheKernelAtOnce) {
     auto const before = watcher.tick.get();
     folder.write("above/shown/made.txt", "text");
-    NotificationCenter::standard().post(taliroFolderDidChange, Url::file(shown, true));
+    NotificationCenter::standard().post(taliroFolderDidChange, url);
     EXPECT_GT(watcher.tick.get(), before);
     EXPECT_EQ(watcher.changedSince(before), (Names{{"made.txt"}}));
 }
@@ -119,7 +120,7 @@ void watchWithoutWatches(Url const& folder) {
 TEST_F(DirectoryWatching, WithoutWatchesToBeHadAnnouncedChangesCount) {
     if (std::system("unshare -Ur true 2>/dev/null") != 0)
         GTEST_SKIP() << "needs a user namespace";
-    EXPECT_EXIT(watchWithoutWatches(Url::file(shown, true)), ::testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(watchWithoutWatches(url), ::testing::ExitedWithCode(0), "");
 }
 
 } // namespace
