@@ -4,6 +4,7 @@
 #include "platform/linux/FileDescriptor.h"
 
 #include <QSocketNotifier>
+#include <QTimer>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -17,6 +18,10 @@ namespace {
 constexpr std::uint32_t watchedEvents = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_CLOSE_WRITE |
                                         IN_MODIFY | IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
 
+/// From one reading to the next: a storm of events would keep timers, and with them all else, from their
+/// turn.
+constexpr std::chrono::milliseconds pause(10);
+
 } // namespace
 
 /// The inotify instance and who listens to which of its watches. Sources share it, so that it outlives them.
@@ -26,8 +31,14 @@ public:
         if (!m_descriptor)
             return;
         m_notifier = std::make_unique<QSocketNotifier>(m_descriptor.get(), QSocketNotifier::Read);
-        QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(),
-                         [this] { drain(); });
+        QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(), [this] {
+            m_notifier->setEnabled(false);
+            m_pause.start(pause);
+            drain();
+        });
+        m_pause.setSingleShot(true);
+        QObject::connect(&m_pause, &QTimer::timeout, m_notifier.get(),
+                         [this] { m_notifier->setEnabled(true); });
     }
 
     explicit operator bool() const { return static_cast<bool>(m_descriptor); }
@@ -97,6 +108,7 @@ private:
 
     FileDescriptor m_descriptor;
     std::unique_ptr<QSocketNotifier> m_notifier;
+    QTimer m_pause;
     std::map<int, Listeners> m_listeners;
 };
 
