@@ -77,8 +77,7 @@ int run(CommandLine const& commandLine, int argc, char** argv) {
         platform.mainQueue.async([&] { delegate.openURLs(commandLine.urls); });
     delegate.applicationDidFinishLaunching();
     platform.fileOperations.removeLeftovers();
-    // Everything is stored when it changes, and the shared objects have no order in which to go.
-    std::quick_exit(application.exec());
+    return application.exec();
 }
 
 } // namespace

@@ -37,7 +37,9 @@ FileDropHandler::FileDropHandler(Platform& platform, ToastCenter& toasts, Progre
     : m_platform(platform), m_toasts(toasts), m_progress(progress) {}
 
 FileDropHandler& FileDropHandler::shared() {
-    static FileDropHandler handler(Platform::current(), ToastCenter::shared(), ProgressCenter::shared());
+    // Never destroyed: what it stands on goes before any static object does.
+    static auto& handler =
+        *new FileDropHandler(Platform::current(), ToastCenter::shared(), ProgressCenter::shared());
     return handler;
 }
 
