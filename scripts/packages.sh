@@ -16,7 +16,7 @@ packages_for() {
     test) echo "xvfb openbox tint2 xdotool imagemagick xauth dbus at-spi2-core x11-utils x11-xserver-utils
         desktop-file-utils appstream xkb-data x11-xkb-utils" ;;
     # What the benchmarks are measured beside.
-    bench) echo "dbus tumbler" ;;
+    bench) echo "dbus libxcb-damage0-dev pcmanfm-qt thunar tumbler" ;;
     *) echo "packages.sh: no purpose called $1" >&2 && return 2 ;;
     esac
 }
