@@ -14,6 +14,7 @@
 #include "views/IconGridView.h"
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QIcon>
 #include <QMimeDatabase>
 #include <QScrollBar>
@@ -44,12 +45,14 @@ class PaintCounter : public QObject {
 public:
     explicit PaintCounter(QWidget& widget) { widget.installEventFilter(this); }
 
-    /// Lets the program run until the widget was painted after `act`, and the X server has the picture.
+    /// Lets the program run until the widget was painted after `act`, and the X server has the picture; for
+    /// two seconds where it isn't.
     void paintAfter(std::function<void()> const& act) {
         auto const before = m_count;
+        QDeadlineTimer const limit(2000);
         act();
-        while (m_count == before)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        while (m_count == before && !limit.hasExpired())
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
         QCoreApplication::sendPostedEvents();
         sync();
     }
@@ -124,7 +127,8 @@ public:
     Scrolled& scrolled() { return *m_scrolled; }
     std::size_t count() const { return static_cast<std::size_t>(m_sorted.rowCount()); }
     std::size_t filter(char const* text) {
-        m_scrolled->paints().paintAfter([&] { m_sorted.setFilterFixedString(QLatin1String(text)); });
+        if (m_sorted.filterRegularExpression().pattern() != QLatin1String(text))
+            m_scrolled->paints().paintAfter([&] { m_sorted.setFilterFixedString(QLatin1String(text)); });
         return count();
     }
     std::size_t sortBy(int role) {
@@ -157,11 +161,13 @@ public:
     }
 
     std::size_t filter(char const* text) {
-        m_paints->paintAfter([&] { m_state.searchText = std::string(text); });
+        if (m_state.searchText.get() != text)
+            m_paints->paintAfter([&] { m_state.searchText = std::string(text); });
         return m_list->rows().size();
     }
     std::size_t sortBy(SortKey key) {
-        m_paints->paintAfter([&] { m_state.sortKey = key; });
+        if (m_state.sortKey.get() != key)
+            m_paints->paintAfter([&] { m_state.sortKey = key; });
         return m_list->rows().size();
     }
 
