@@ -44,6 +44,11 @@ Onlooker::Onlooker(Seat& seat) : m_seat(seat) {
     xcb_flush(x);
 }
 
+Onlooker::~Onlooker() {
+    xcb_damage_destroy(m_seat.connection(), m_damage);
+    xcb_flush(m_seat.connection());
+}
+
 Onlooker::Picture Onlooker::look() const {
     auto* const x = m_seat.connection();
     Reply<xcb_get_image_reply_t> const image(xcb_get_image_reply(

@@ -21,6 +21,9 @@ public:
     using Clock = std::chrono::steady_clock;
 
     explicit Onlooker(Seat& seat);
+    ~Onlooker();
+    Onlooker(Onlooker const&) = delete;
+    Onlooker& operator=(Onlooker const&) = delete;
 
     /// Counted from when `act` was called.
     struct Seen {
