@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr int itemCount = 100'000;
-constexpr int rounds = 5;
+constexpr int rounds = 3;
 constexpr int changes = 5;
 /// Who takes longer is not waited for.
 constexpr auto limit = 30s;

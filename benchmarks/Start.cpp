@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int rounds = 9;
+constexpr int rounds = 7;
 
 struct Figures {
     std::vector<double> shown, resident, share;
