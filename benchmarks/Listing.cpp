@@ -112,6 +112,7 @@ bool measureListing() {
     for (auto const& entry : entries)
         names.append(QString::fromStdString(entry.name()));
     Listing listing(entries);
+    std::vector<FileEntry> unsorted;
 
     return compare(
                "open a folder of 100,000, sorted by name",
@@ -120,7 +121,8 @@ bool measureListing() {
                 {"QDir, locale-aware, with kinds", [&] { return qtDirectory(QString::fromStdString(path)); }},
                 {"GIO, collation keys, with kinds", [&] { return gioEnumeration(path.c_str()); }}}) &&
            compare("sort 100,000 entries by name",
-                   {"ours", [&] { return Listing(entries).rows("", SortKey::name, true).size(); }},
+                   {"ours", [&] { return Listing(std::move(unsorted)).rows("", SortKey::name, true).size(); },
+                    [&] { unsorted = entries; }},
                    {{"QCollator, sort keys", [&] { return qtSort(names); }}}) &&
            compare("filter 100,000 rows as one types",
                    {"ours", [&] { return listing.rows("ÜBUNG 9", SortKey::name, true).size(); }},

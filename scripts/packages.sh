@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that a purpose needs and that are missing.
-#   scripts/packages.sh build|run|virtual|test|bench…
+#   scripts/packages.sh build|run|virtual|test|bench|package|fresh…
 #   scripts/packages.sh --list build|run|…      prints their names instead
 set -euo pipefail
 
@@ -12,11 +12,14 @@ packages_for() {
         libxkbcommon-x11-dev libglib2.0-dev libarchive-dev libgtest-dev libgmock-dev" ;;
     run) echo "qt6-qpa-plugins libqt6svg6 shared-mime-info adwaita-icon-theme dbus fonts-inter" ;;
     # A display where there is none, with a window manager, a tray and something that takes pictures.
-    virtual) echo "xvfb openbox tint2 xdotool imagemagick x11-xserver-utils" ;;
+    virtual) echo "xvfb openbox tint2 xdotool imagemagick x11-utils x11-xserver-utils" ;;
     test) echo "xvfb openbox tint2 xdotool imagemagick xauth dbus at-spi2-core x11-utils x11-xserver-utils
-        desktop-file-utils appstream xkb-data x11-xkb-utils" ;;
+        desktop-file-utils appstream python3-xdg openssl xkb-data x11-xkb-utils" ;;
     # What the benchmarks are measured beside.
     bench) echo "dbus libxcb-damage0-dev pcmanfm-qt thunar tumbler" ;;
+    # What makes the Debian package and looks for faults in it, and a fresh system to try it in.
+    package) echo "dpkg-dev lintian" ;;
+    fresh) echo "debootstrap ccache" ;;
     *) echo "packages.sh: no purpose called $1" >&2 && return 2 ;;
     esac
 }

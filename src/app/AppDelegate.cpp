@@ -67,6 +67,11 @@ void AppDelegate::installStatusItem() {
     m_statusItem = m_platform.statusBar.makeItem("TaliroMenuBarIcon", "folder", "Taliro");
     m_statusItem->onLeftClick = [this] { toggle(); };
     m_statusItem->onRightClick = [this] { showMenu(); };
+    auto const& commands = AppCommands::shared();
+    m_statusItem->setMenu({{"Preferences…", "Ctrl+,", commands.showPreferences},
+                           {"Check for Updates…", "", commands.checkForUpdates},
+                           {},
+                           {"Quit Taliro", "Ctrl+Q", commands.quit}});
     m_statusItem->onDragEntered = [] { NotificationCenter::standard().post(statusItemFileDragEntered); };
     m_statusItem->onPlaced = [this] {
         if (m_firstPresentation.isPending()) {
@@ -164,11 +169,7 @@ void AppDelegate::showPreferences() {
 }
 
 void AppDelegate::showMenu() {
-    auto const& commands = AppCommands::shared();
-    m_statusItem->showMenu({{"Preferences…", "Ctrl+,", commands.showPreferences},
-                            {"Check for Updates…", "", commands.checkForUpdates},
-                            {},
-                            {"Quit Taliro", "Ctrl+Q", commands.quit}});
+    m_statusItem->showMenu();
 }
 
 void AppDelegate::openURLs(std::vector<Url> const& urls) {

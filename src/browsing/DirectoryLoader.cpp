@@ -1,6 +1,7 @@
 #include "browsing/DirectoryLoader.h"
 
 #include "browsing/Listing.h"
+#include "foundation/Parallel.h"
 #include "platform/FileManager.h"
 #include "platform/Platform.h"
 #include "platform/TypeCatalog.h"
@@ -25,10 +26,11 @@ FileEntry makeEntry(TypeCatalog& types, Url const& folder, ListedItem const& ite
 
 std::vector<FileEntry> makeEntries(Platform& platform, Url const& folder,
                                    std::vector<ListedItem> const& items) {
-    std::vector<FileEntry> entries;
-    entries.reserve(items.size());
-    for (auto const& item : items)
-        entries.push_back(makeEntry(platform.typeCatalog, folder, item));
+    std::vector<FileEntry> entries(items.size());
+    forEachPiece(items.size(), [&](std::size_t begin, std::size_t end) {
+        for (auto i = begin; i < end; ++i)
+            entries[i] = makeEntry(platform.typeCatalog, folder, items[i]);
+    });
     return entries;
 }
 
@@ -54,9 +56,9 @@ bool DirectoryLoader::matches(std::string_view name, std::string_view normalized
     return containsLowercased(name, normalizedFilter);
 }
 
-std::vector<FileEntry> DirectoryLoader::load(Platform& platform, Url const& folder, std::string_view filter,
-                                             SortKey key, bool ascending) {
-    return Listing(list(platform, folder)).rows(filter, key, ascending).entries();
+RowList DirectoryLoader::load(Platform& platform, Url const& folder, std::string_view filter, SortKey key,
+                              bool ascending) {
+    return Listing(list(platform, folder)).rows(filter, key, ascending);
 }
 
 Url const& RealHome::url() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "browsing/FileEntry.h"
+#include "browsing/RowList.h"
 
 #include <string>
 #include <string_view>
@@ -15,8 +16,7 @@ namespace DirectoryLoader {
 
 /// Rows for `folder`: hidden items left out, names containing `filter`, in `sortKey`'s order.
 /// An unreadable folder has no rows. Blocks while it reads.
-std::vector<FileEntry> load(Platform& platform, Url const& folder, std::string_view filter, SortKey sortKey,
-                            bool ascending);
+RowList load(Platform& platform, Url const& folder, std::string_view filter, SortKey sortKey, bool ascending);
 
 /// Everything in `folder` that isn't hidden, in the file system's order; nothing of an unreadable folder.
 /// Blocks.

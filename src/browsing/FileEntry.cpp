@@ -111,6 +111,6 @@ std::size_t std::hash<taliro::FileEntry>::operator()(taliro::FileEntry const& en
     mixOptional(entry.modified, dateHash);
     mixOptional(entry.added, dateHash);
     mixOptional(entry.size, std::hash<std::int64_t>{});
-    mixOptional(entry.kind, std::hash<std::string>{});
+    mixOptional(entry.kind, std::hash<taliro::InternedText>{});
     return seed;
 }

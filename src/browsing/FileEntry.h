@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/InternedText.h"
 #include "foundation/Text.h"
 #include "foundation/Url.h"
 
@@ -19,7 +20,7 @@ struct FileEntry {
     std::optional<Date> modified = std::nullopt;
     std::optional<Date> added = std::nullopt;
     std::optional<std::int64_t> size = std::nullopt; ///< bytes
-    std::optional<std::string> kind = std::nullopt;  ///< localized description of the type
+    std::optional<InternedText> kind = std::nullopt; ///< localized description of the type
 
     /// The name with its extension, in the file system's bytes.
     std::string name() const { return url.lastPathComponent(); }

@@ -11,7 +11,7 @@ std::optional<std::string> FileMetadata::kind(Platform& platform) const {
     auto const attributes = platform.fileManager.attributes(url);
     if (!attributes)
         return std::nullopt;
-    return platform.typeCatalog.kind(url.lastPathComponent(), attributes->isDirectory);
+    return platform.typeCatalog.kind(url.lastPathComponent(), attributes->isDirectory).text();
 }
 
 std::optional<std::string> FileMetadata::size(Platform& platform) const {

@@ -31,8 +31,7 @@ bool FolderRows::takeInChanges() {
     if (!changed || mostlyUnused)
         return false;
     m_tick = m_watcher.tick.get();
-    std::unordered_set<std::string_view> const names(changed->begin(), changed->end());
-    m_listing->update(names, DirectoryLoader::list(m_platform, *m_folder, *changed));
+    m_listing->update(*changed, DirectoryLoader::list(m_platform, *m_folder, *changed));
     return true;
 }
 

@@ -1,5 +1,6 @@
 #include "foundation/Text.h"
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <unicode/brkiter.h>
@@ -24,7 +25,8 @@ std::string utf8(icu::UnicodeString const& text) {
     return bytes;
 }
 
-/// The POSIX locale orders by code point; people without a locale want the languages' common order all the same.
+/// The POSIX locale orders by code point; people without a locale want the languages' common order all the
+/// same.
 icu::Locale collationLocale() {
     auto const& locale = icu::Locale::getDefault();
     return std::string_view(locale.getVariant()) == "POSIX" ? icu::Locale::getRoot() : locale;
@@ -125,27 +127,19 @@ bool containsLowercased(std::string_view text, std::string_view lowercasedPart) 
     return false;
 }
 
-struct SortKeyWriter::Collator {
-    std::unique_ptr<icu::Collator> collator = makeCollator();
-    std::vector<std::uint8_t> buffer = std::vector<std::uint8_t>(256);
-};
-
-SortKeyWriter::SortKeyWriter() : m_collator(new Collator) {}
-
-SortKeyWriter::~SortKeyWriter() {
-    delete m_collator;
-}
-
-void SortKeyWriter::append(std::string_view text, std::string& out) {
-    auto& [collator, buffer] = *m_collator;
+void appendSortKey(std::string_view text, std::string& key) {
     auto const name = unicode(text);
-    auto length = collator->getSortKey(name, buffer.data(), static_cast<int32_t>(buffer.size()));
-    if (length > static_cast<int32_t>(buffer.size())) {
-        buffer.resize(static_cast<std::size_t>(length));
-        length = collator->getSortKey(name, buffer.data(), length);
-    }
-    if (length > 1) // The last byte is the terminating zero.
-        out.append(reinterpret_cast<char const*>(buffer.data()), static_cast<std::size_t>(length) - 1);
+    auto const start = key.size();
+    auto const write = [&](std::size_t room) {
+        key.resize(start + room);
+        return static_cast<std::size_t>(collator().getSortKey(
+            name, reinterpret_cast<std::uint8_t*>(key.data() + start), static_cast<int32_t>(room)));
+    };
+    auto const enough = 4 * text.size() + 16; // for nearly all
+    auto length = write(enough);
+    if (length > enough)
+        length = write(length);
+    key.resize(start + std::max<std::size_t>(length, 1) - 1); // The last byte is the terminating zero.
 }
 
 std::string_view trimmingWhitespace(std::string_view text) {

@@ -25,22 +25,9 @@ std::vector<std::string> characters(std::string_view text);
 /// Whether the lowercased `text` contains `lowercasedPart` literally.
 bool containsLowercased(std::string_view text, std::string_view lowercasedPart);
 
-/// Bytes that order as `localizedCaseInsensitiveCompare` orders the texts: computed once a name, then
-/// compared cheaply. One writer a thread.
-class SortKeyWriter {
-public:
-    SortKeyWriter();
-    ~SortKeyWriter();
-    SortKeyWriter(SortKeyWriter const&) = delete;
-    SortKeyWriter& operator=(SortKeyWriter const&) = delete;
-
-    /// Appends the key of `text` to `out`.
-    void append(std::string_view text, std::string& out);
-
-private:
-    struct Collator;
-    Collator* m_collator;
-};
+/// Appends bytes to `key` that order as `localizedCaseInsensitiveCompare` orders the texts: computed once a
+/// name, then compared cheaply.
+void appendSortKey(std::string_view text, std::string& key);
 
 /// Spaces and tabs taken off both ends, line breaks kept.
 std::string_view trimmingWhitespace(std::string_view text);

@@ -73,10 +73,8 @@ Url Url::file(std::string_view path) {
 }
 
 Url Url::file(std::string_view path, bool isDirectory) {
-    Url url;
-    url.m_path = withoutTrailingSlashes(path);
-    url.m_directory = isDirectory || url.m_path == "/";
-    return url;
+    auto const bare = withoutTrailingSlashes(path);
+    return Url(std::string(bare), isDirectory || bare == "/");
 }
 
 std::optional<Url> Url::parse(std::string_view text) {
@@ -104,10 +102,8 @@ std::optional<Url> Url::parse(std::string_view text) {
             return std::nullopt;
         return file(percentDecoded(rest.substr(0, rest.find_first_of("?#"))));
     }
-    Url url;
-    url.m_scheme = std::move(scheme);
-    url.m_path = rest;
-    url.m_directory = !rest.empty() && rest.back() == '/';
+    Url url(std::string(rest), !rest.empty() && rest.back() == '/');
+    url.m_scheme = std::make_shared<std::string const>(std::move(scheme));
     return url;
 }
 
@@ -139,12 +135,14 @@ Url Url::deletingLastPathComponent() const {
 }
 
 Url Url::appending(std::string_view component, bool isDirectory) const {
-    Url url = *this;
-    url.m_path.reserve(m_path.size() + 1 + component.size());
-    if (url.m_path.empty() || url.m_path.back() != '/')
-        url.m_path += '/';
-    url.m_path += component;
-    url.m_directory = isDirectory;
+    std::string path;
+    path.reserve(m_path.size() + 1 + component.size());
+    path = m_path;
+    if (path.empty() || path.back() != '/')
+        path += '/';
+    path += component;
+    Url url(std::move(path), isDirectory);
+    url.m_scheme = m_scheme;
     return url;
 }
 
@@ -178,7 +176,7 @@ Url Url::asDirectory() const {
 
 std::string Url::absoluteString() const {
     if (!isFile())
-        return m_scheme + ":" + m_path;
+        return std::string(scheme()) + ":" + m_path;
     auto text = "file://" + percentEncoded(m_path);
     if (m_directory && m_path != "/")
         text += '/';
@@ -186,7 +184,7 @@ std::string Url::absoluteString() const {
 }
 
 bool Url::isWithin(Url const& folder) const {
-    if (m_scheme != folder.m_scheme)
+    if (scheme() != folder.scheme())
         return false;
     auto const outer = withoutTrailingSlashes(folder.m_path);
     if (outer == "/" || m_path == outer)

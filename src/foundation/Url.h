@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,7 +13,7 @@ namespace taliro {
 class Url {
 public:
     /// The root folder.
-    Url() : m_path("/"), m_directory(true) {}
+    Url() : Url("/", true) {}
 
     /// A file URL. A slash at the end of `path` makes it a folder's; repeated ones are dropped.
     static Url file(std::string_view path);
@@ -21,8 +22,8 @@ public:
     /// neither.
     static std::optional<Url> parse(std::string_view text);
 
-    std::string const& scheme() const { return m_scheme; }
-    bool isFile() const { return m_scheme == "file"; }
+    std::string_view scheme() const { return m_scheme ? std::string_view(*m_scheme) : "file"; }
+    bool isFile() const { return !m_scheme; }
     /// Host and path of another scheme than "file" hold here together: `//host/path`.
     /// A file's path has no slash at its end but for the root.
     std::string const& path() const { return m_path; }
@@ -44,11 +45,15 @@ public:
     /// Whether this is `folder` or lies somewhere below it, by name alone.
     bool isWithin(Url const& folder) const;
 
-    bool operator==(Url const&) const = default;
+    bool operator==(Url const& other) const {
+        return m_directory == other.m_directory && m_path == other.m_path && scheme() == other.scheme();
+    }
 
 private:
-    std::string m_scheme = "file";
+    Url(std::string path, bool isDirectory) : m_path(std::move(path)), m_directory(isDirectory) {}
+
     std::string m_path;
+    std::shared_ptr<std::string const> m_scheme; ///< none for "file": there are many of those, and few others
     bool m_directory = false;
 };
 

@@ -33,8 +33,11 @@ public:
     std::function<void()> onDragEntered;
     /// The item got its place, or another one.
     std::function<void()> onPlaced;
-    /// Opens a menu at the item; the entries' actions run after it closed.
-    virtual void showMenu(std::vector<StatusMenuEntry> entries) = 0;
+    /// The item's menu; the entries' actions run after it closed. A tray that shows menus itself does so on a
+    /// right click, and `onRightClick` is not called.
+    virtual void setMenu(std::vector<StatusMenuEntry> const& entries) = 0;
+    /// Opens the menu at the item.
+    virtual void showMenu() = 0;
 };
 
 class StatusBar {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/InternedText.h"
 #include "foundation/Url.h"
 
 #include <string>
@@ -23,7 +24,7 @@ public:
     virtual std::string mimeType(std::string_view name, bool isDirectory) = 0;
     /// "Folder", "PDF document": the localized description of `mimeType(name, isDirectory)`.
     /// Callable from any thread; remembers by extension, so that a folder's worth costs little.
-    virtual std::string kind(std::string_view name, bool isDirectory) = 0;
+    virtual InternedText kind(std::string_view name, bool isDirectory) = 0;
     /// The icon theme's name for the type, then its generic fallback.
     virtual std::string iconName(std::string_view mimeType) = 0;
     virtual std::string genericIconName(std::string_view mimeType) = 0;

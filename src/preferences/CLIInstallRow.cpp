@@ -60,7 +60,6 @@ CLIInstallRow::CLIInstallRow(Platform& platform, QWidget* parent)
     column->addLayout(row);
     column->addWidget(new FormText(description(), &Colors::text2, metrics::small, this));
     m_error->setTextFormat(Qt::PlainText);
-    m_error->setAccessibleName(tr("Error"));
     column->addWidget(m_error);
     connect(m_action, &QAbstractButton::clicked, this, &CLIInstallRow::act);
     refresh();

@@ -16,6 +16,8 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace taliro {
 
 namespace {
@@ -142,11 +144,14 @@ void Sidebar::refreshNotices() {
 }
 
 void Sidebar::reloadVolumes() {
+    auto const items = Locations::volumes(m_platform);
+    if (std::ranges::equal(items, m_volumeRows, {}, {}, &SidebarRow::item))
+        return; // What has the keyboard, or a menu open, stays.
     for (auto* row : std::exchange(m_volumeRows, {})) {
         row->hide();
         row->deleteLater();
     }
-    for (auto const& item : Locations::volumes(m_platform)) {
+    for (auto const& item : items) {
         auto* row = addRow(m_locationsLayout, 1 + static_cast<int>(m_volumeRows.size()), item);
         auto const eject = [this, url = item.url] { Locations::eject(m_platform, m_state, url); };
         row->setEjectable(eject);

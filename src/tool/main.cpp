@@ -65,12 +65,14 @@ std::string asUri(std::string const& path) {
     return uri ? uri.get() : std::string();
 }
 
-/// Hands the request over by D-Bus, whose daemon starts the program if it knows how to; false where it
-/// doesn't, or where there is no bus.
-bool askRunningProgram(std::vector<std::string> const& uris) {
+enum class Asked { taken, silent, nobody };
+
+/// Hands the request over by D-Bus, whose daemon starts the program if it knows how to; nobody takes it where
+/// it doesn't, or where there is no bus.
+Asked askRunningProgram(std::vector<std::string> const& uris) {
     std::unique_ptr<GDBusConnection, Unref> const bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
     if (!bus)
-        return false;
+        return Asked::nobody;
     GVariantBuilder platformData;
     g_variant_builder_init(&platformData, G_VARIANT_TYPE("a{sv}"));
     GVariant* arguments = nullptr;
@@ -83,12 +85,17 @@ bool askRunningProgram(std::vector<std::string> const& uris) {
             g_variant_builder_add(&list, "s", uri.c_str());
         arguments = g_variant_new("(asa{sv})", &list, &platformData);
     }
+    GError* error = nullptr;
     GVariant* const reply = g_dbus_connection_call_sync(
         bus.get(), service, objectPath, interface, uris.empty() ? "Activate" : "Open", arguments, nullptr,
-        G_DBUS_CALL_FLAGS_NONE, replyTimeoutMilliseconds, nullptr, nullptr);
-    if (reply)
+        G_DBUS_CALL_FLAGS_NONE, replyTimeoutMilliseconds, nullptr, &error);
+    if (reply) {
         g_variant_unref(reply);
-    return reply != nullptr;
+        return Asked::taken;
+    }
+    bool const isSilent = g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT);
+    g_error_free(error);
+    return isSilent ? Asked::silent : Asked::nobody;
 }
 
 /// `…/bundle/Taliro` beside `…/bundle/Resources/taliro`, links to the tool followed.
@@ -152,8 +159,16 @@ int main(int argc, char** argv) {
             uris.push_back(asUri(*path));
         }
     }
-    if (askRunningProgram(uris))
+    switch (askRunningProgram(uris)) {
+    case Asked::taken:
         return 0;
+    case Asked::silent:
+        return fail("Taliro runs already but does not answer");
+    case Asked::nobody:
+        break;
+    }
+    if (!std::getenv("DISPLAY") && !std::getenv("WAYLAND_DISPLAY"))
+        return fail("no display to show anything on; is DISPLAY set?");
     auto const program = programPath();
     if (!program)
         return fail("the program Taliro is missing beside this tool");

@@ -23,7 +23,7 @@ QVariant RowModel::data(QModelIndex const& index, int role) const {
     case Qt::AccessibleTextRole:
         return shownName(m_rows[row]);
     case Qt::AccessibleDescriptionRole:
-        return QString::fromStdString(m_rows[row].kind.value_or(""));
+        return m_rows[row].kind ? QString::fromStdString(m_rows[row].kind->text()) : QString();
     default:
         return {};
     }

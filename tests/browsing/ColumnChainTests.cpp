@@ -21,8 +21,8 @@ struct ColumnChainTest : ::testing::Test {
     BrowserState state{home};
     ColumnChain chain{state, fake.mainQueue, [this](std::size_t pane) {
                           auto const filter = chain.isDeepest(pane) ? state.searchText.get() : std::string();
-                          return RowList(DirectoryLoader::load(fake.platform, chain.columnRoots()[pane],
-                                                               filter, SortKey::name, true));
+                          return DirectoryLoader::load(fake.platform, chain.columnRoots()[pane], filter,
+                                                       SortKey::name, true);
                       }};
 
     void openThree() {

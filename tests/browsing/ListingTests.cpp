@@ -3,6 +3,7 @@
 #include "browsing/DirectoryLoader.h"
 #include "support/FakePlatform.h"
 
+#include <array>
 #include <random>
 
 namespace taliro::testing {
@@ -71,13 +72,18 @@ TEST(Listing, FiltersByTheTrimmedLowercasedName) {
     EXPECT_EQ(umlauts.rows("är", SortKey::name, true).size(), 2u);
 }
 
-/// Names from few letters, so that there are many ties.
+/// Names from few parts, so that there are many ties: letters of both cases, accents in both spellings,
+/// digits, signs, other scripts, what is no UTF-8, a start that many share, and one sign that sorts as
+/// eighteen.
 std::vector<FileEntry> randomEntries(std::size_t count, std::mt19937& random) {
+    constexpr std::array parts{
+        "a", "A", "b", "B", "ch", "é",    "e\u0301",           "ß",     "ss", "9", "10", "_", "-",
+        ".", " ", "(", "Ж", "日", "\xff", "Picture taken in ", "\ufdfa"};
     std::vector<FileEntry> entries;
     for (std::size_t i = 0; i < count; ++i) {
         std::string name;
-        for (int letter = 0; letter < 3; ++letter)
-            name += "aAbBcé9_"[random() % 8];
+        for (int part = 0; part < 3; ++part)
+            name += parts[random() % parts.size()];
         auto made =
             entry(name + std::to_string(random() % 40), random() % 3, random() % 4,
                   random() % 5 ? std::optional<std::string>(random() % 2 ? "Text" : "text") : std::nullopt,
@@ -109,6 +115,7 @@ TEST(Listing, AgreesWithTheOrderingRuleForSmallAndLargeFolders) {
 TEST(Listing, TakesInChangesAndLeavesEarlierRowsAsTheyWere) {
     Listing listing({entry("a", 1), entry("b", 2), entry("c", 3)});
     auto const before = listing.rows("", SortKey::name, true);
+    EXPECT_EQ(names(listing.rows("B", SortKey::name, true)), "b");
     listing.update({"b", "c", "d", "e"}, {entry("c", 30), entry("D", 4), entry("d", 5)});
     EXPECT_EQ(names(before), "a b c");
     EXPECT_EQ(before[2].size, 3);

@@ -16,12 +16,15 @@ struct Run {
 };
 
 Run runTool(Desktop& desktop, std::vector<std::string> const& arguments,
-            std::filesystem::path const& folder = "/") {
+            std::filesystem::path const& folder = "/", bool hasDisplay = true) {
     std::vector<std::string> command{TALIRO_TOOL};
     command.insert(command.end(), arguments.begin(), arguments.end());
     auto const log = desktop.log("tool");
     std::filesystem::remove(log);
-    Process process(command, desktop.environment(), log, folder);
+    auto environment = desktop.environment();
+    if (!hasDisplay)
+        environment.erase("DISPLAY");
+    Process process(command, environment, log, folder);
     auto const status = process.waitForExit();
     return {status, contentsOf(log)};
 }
@@ -49,7 +52,9 @@ TEST(Tool, StartsTheProgramAndHandsItEveryKindOfPath) {
     };
     for (auto const& one : cases)
         desktop.write(std::string(one.folder) + "/" + one.inside);
-    auto const first = runTool(desktop, {cases[0].folder}, desktop.home());
+    // Several at once: the last stays shown, here the same as the first.
+    auto const first = runTool(desktop, {cases[0].folder, cases[1].folder, cases[2].folder, cases[0].folder},
+                               desktop.home());
     EXPECT_EQ(first.status, 0) << first.output;
     auto const program = startedProgram(desktop);
     program.expect("", cases[0].inside);
@@ -80,6 +85,8 @@ TEST(Tool, SaysInOneLineWhatItCannotOpen) {
     Desktop desktop({.windowManager = false});
     EXPECT_EQ(runTool(desktop, {"--version"}).status, 0);
     EXPECT_TRUE(runTool(desktop, {"--help"}).output.starts_with("Usage: taliro"));
+    EXPECT_EQ(runTool(desktop, {}, "/", false).output,
+              "taliro: no display to show anything on; is DISPLAY set?\n");
     for (auto const& arguments : std::vector<std::vector<std::string>>{{"missing"},
                                                                        {"http://example.org/"},
                                                                        {"file://elsewhere.example/x"},

@@ -140,9 +140,14 @@ void Desktop::takePicture(std::string const& path) const {
     Process({"import", "-window", "root", path}, m_environment, log("import")).waitForExit();
 }
 
-Program::Program(Desktop& desktop, std::vector<std::string> const& arguments, Environment const& more)
+std::filesystem::path Program::built() {
+    return TALIRO_PROGRAM;
+}
+
+Program::Program(Desktop& desktop, std::vector<std::string> const& arguments, Environment const& more,
+                 std::filesystem::path const& program)
     : m_desktop(desktop), m_log(desktop.log(nextName("Taliro"))) {
-    std::vector<std::string> command{TALIRO_PROGRAM};
+    std::vector<std::string> command{program};
     command.insert(command.end(), arguments.begin(), arguments.end());
     auto environment = desktop.environment();
     for (auto const& [name, value] : more)

@@ -70,7 +70,9 @@ private:
 class Program {
 public:
     explicit Program(Desktop& desktop, std::vector<std::string> const& arguments = {},
-                     Environment const& more = {});
+                     Environment const& more = {}, std::filesystem::path const& program = built());
+    /// The program as the build made it.
+    static std::filesystem::path built();
     ~Program();
 
     /// The root of its accessibility tree.

@@ -42,6 +42,20 @@ WindowInfo settled(Desktop& desktop, Program& program) {
     return window;
 }
 
+WindowInfo openFromPanel(Desktop& desktop, Program& program) {
+    auto& display = desktop.display();
+    auto const panel = display.expectWindow("panel");
+    EXPECT_TRUE(waitFor([&] { return display.focused() == panel.id; }));
+    display.key("Control+comma");
+    return settled(desktop, program);
+}
+
+void dismissAlert(Program& program, char const* title) {
+    auto const alert = program.tree().expect("", QString::fromUtf8(title));
+    program.tree().expect("push button", "OK").act();
+    EXPECT_TRUE(waitFor([&] { return !alert.isShowing(); }));
+}
+
 bool areInFrontOf(Display& display, std::string_view role) {
     return waitFor([&] {
         auto const all = display.windows(); // the lowest first
@@ -134,10 +148,7 @@ TEST(Preferences, RecordAShortcutThatWorksAtOnce) {
     Desktop desktop;
     Program program(desktop);
     auto& display = desktop.display();
-    auto const panel = display.expectWindow("panel");
-    EXPECT_TRUE(waitFor([&] { return display.focused() == panel.id; }));
-    display.key("Control+comma");
-    settled(desktop, program);
+    openFromPanel(desktop, program);
     auto const recorder = program.tree().expect("", "Keyboard shortcut");
     EXPECT_FALSE(program.tree().find("push button", "Reset to Default").isShowing());
     click(desktop, recorder);
@@ -152,6 +163,76 @@ TEST(Preferences, RecordAShortcutThatWorksAtOnce) {
     EXPECT_TRUE(program.tree().waitUntilGone("push button", "Reset to Default"));
     display.key("Control+Alt+Super+p");
     display.expectWindow("panel");
+
+    program.tree().expect("push button", "Clear shortcut").act();
+    program.tree().expect("push button", "Reset to Default");
+    EXPECT_EQ(recorder.text(), QString());
+}
+
+TEST(Preferences, StartAtLoginIsWhatTheSessionWillDo) {
+    Desktop desktop;
+    std::filesystem::path const entry =
+        desktop.environment().at("XDG_CONFIG_HOME") + "/autostart/com.taliro.Taliro.desktop";
+    Program program(desktop);
+    openFromPanel(desktop, program);
+    auto const start = program.tree().expect("check box", "Start at login");
+    EXPECT_FALSE(start.has(State::checked));
+    click(desktop, start);
+    EXPECT_TRUE(waitFor([&] { return contentsOf(entry).find("Exec=") != std::string::npos; }));
+    EXPECT_TRUE(stores(desktop, "startAtLogin", true));
+    click(desktop, start);
+    EXPECT_TRUE(waitFor([&] { return !std::filesystem::exists(entry); }));
+    EXPECT_TRUE(stores(desktop, "startAtLogin", false));
+
+    // A folder that can't be written: said, and the switch stays as it was turned.
+    std::filesystem::remove(entry.parent_path());
+    std::ofstream(entry.parent_path()) << "in the way";
+    click(desktop, start);
+    dismissAlert(program, "Couldn't enable Start at Login");
+    EXPECT_TRUE(start.has(State::checked));
+}
+
+TEST(Preferences, WindowAtThePointerIsTheShortcutsChoice) {
+    Desktop desktop;
+    Program program(desktop);
+    auto& display = desktop.display();
+    openFromPanel(desktop, program);
+    click(desktop, program.tree().expect("radio button", "Appearance"));
+    click(desktop, program.tree().expect("check box", "Show at mouse cursor when triggered by hotkey"));
+    EXPECT_TRUE(stores(desktop, "showWindowAtCursorOnHotkey", true));
+    display.key("Escape");
+    EXPECT_TRUE(display.waitUntilGone("preferences"));
+    display.key("Control+Alt+Super+p");
+    EXPECT_TRUE(display.waitUntilGone("panel"));
+    display.move(0, 0);
+    display.key("Control+Alt+Super+p");
+    display.expectWindow("panel");
+    EXPECT_TRUE(waitFor([&] {
+        auto const panel = display.window("panel");
+        return panel && panel->place.x == 8 && panel->place.y == 8;
+    }));
+}
+
+TEST(Preferences, SyncingFavoritesWarnsWhereItCantAndFollowsTheSidebar) {
+    Desktop desktop;
+    Program program(desktop);
+    openFromPanel(desktop, program);
+    auto const warning = QStringLiteral("Full Disk Access isn't granted — showing default favorites.");
+    click(desktop, program.tree().expect("radio button", "Advanced"));
+    auto const sync = program.tree().expect("check box", "Sync Favorites with Finder");
+    EXPECT_FALSE(program.tree().find("label", warning).isShowing());
+    click(desktop, sync);
+    program.tree().expect("label", warning);
+    program.tree().expect("push button", "Open System Settings").act();
+    dismissAlert(program, "This desktop has no settings page for file access");
+    click(desktop, sync);
+    EXPECT_TRUE(program.tree().waitUntilGone("label", warning));
+
+    click(desktop, sync);
+    program.tree().expect("label", warning);
+    program.tree().expect("push button", "Turn off sync").act();
+    EXPECT_TRUE(program.tree().waitUntilGone("label", warning));
+    EXPECT_FALSE(sync.has(State::checked));
 }
 
 } // namespace

@@ -1,7 +1,9 @@
 // How the browser starts, comes and goes.
 
 #include "desktop/Desktop.h"
+#include "desktop/TrayOnTheBus.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace taliro::testing {
@@ -207,6 +209,17 @@ TEST(Tray, LeftClickTogglesAndRightClickOpensTheMenu) {
     display.key("Up");
     display.key("Return");
     EXPECT_EQ(program.process().waitForExit(), 0) << "the last entry quits";
+}
+
+TEST(Tray, OnTheBusShowsOurMenuItself) {
+    Desktop desktop;
+    TrayOnTheBus tray(desktop.bus());
+    Program program(desktop);
+    EXPECT_TRUE(waitFor([&] { return tray.hasIcon(); })) << "no icon registered";
+    EXPECT_THAT(tray.menuTitles(),
+                ::testing::ElementsAre("Preferences…", "Check for Updates…", "", "Quit Taliro"));
+    tray.choose("Quit Taliro");
+    EXPECT_EQ(program.process().waitForExit(), 0);
 }
 
 TEST(Tray, StripStandsInUntilATrayComes) {

@@ -1,6 +1,9 @@
 // The sidebar: places, volumes, and what it says about mirroring the file manager's favorites.
 
 #include "desktop/Desktop.h"
+#include "support/ArchiveWriter.h"
+#include "support/BinaryPropertyList.h"
+#include "support/BookmarkWriter.h"
 #include "support/DiskService.h"
 
 #include <QMetaObject>
@@ -29,12 +32,15 @@ Accessible row(Program& program, char const* title) {
     return program.tree().expect(QStringLiteral("push button"), QString::fromUtf8(title));
 }
 
+/// Answers an alert, which keeps clicks from the other windows until it is gone.
 void answer(Desktop& desktop, Program& program, QString const& message, char const* button) {
-    EXPECT_TRUE(waitFor([&] {
+    auto const isAsked = [&] {
         return static_cast<bool>(
             program.tree().find([&](Accessible const& one) { return one.name().startsWith(message); }));
-    })) << message.toStdString();
+    };
+    EXPECT_TRUE(waitFor(isAsked)) << message.toStdString();
     click(desktop, program.tree().expect(QStringLiteral("push button"), QString::fromUtf8(button)));
+    EXPECT_TRUE(waitFor([&] { return !isAsked(); })) << message.toStdString();
 }
 
 /// Opens the context menu of `thing` and chooses its only command. Menus that pop up are in no accessibility
@@ -54,25 +60,35 @@ void chooseFromMenu(Desktop& desktop, Accessible const& thing) {
 
 TEST(Sidebar, OpensPlacesAndForgetsFavorites) {
     Desktop desktop;
-    desktop.write("Documents/plan.txt");
+    // A desktop in German.
+    std::ofstream(desktop.environment().at("XDG_CONFIG_HOME") + "/user-dirs.dirs")
+        << "XDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\n";
+    desktop.write("Dokumente/plan.txt");
     desktop.write("Downloads/archive.zip");
+    {
+        Program program(desktop);
+        desktop.display().expectWindow("panel");
+        click(desktop, row(program, "Dokumente"));
+        program.tree().expect({}, QStringLiteral("plan.txt"));
+        EXPECT_TRUE(waitUntilCurrent(program, QStringLiteral("Dokumente")));
+        click(desktop, row(program, "Downloads"));
+        program.tree().expect({}, QStringLiteral("archive.zip"));
+        EXPECT_TRUE(waitUntilCurrent(program, QStringLiteral("Downloads")));
+        EXPECT_EQ(row(program, "Dokumente").description(), QString());
+
+        chooseFromMenu(desktop, row(program, "Dokumente"));
+        EXPECT_TRUE(program.tree().waitUntilGone(QStringLiteral("push button"), QStringLiteral("Dokumente")));
+        row(program, "Downloads");
+    }
+    std::filesystem::rename(desktop.home() / "Downloads", desktop.home() / "Geladen");
     Program program(desktop);
     desktop.display().expectWindow("panel");
-
-    click(desktop, row(program, "Documents"));
-    program.tree().expect({}, QStringLiteral("plan.txt"));
-    EXPECT_TRUE(waitUntilCurrent(program, QStringLiteral("Documents")));
-    click(desktop, row(program, "Downloads"));
+    click(desktop, row(program, "Geladen"));
     program.tree().expect({}, QStringLiteral("archive.zip"));
-    EXPECT_TRUE(waitUntilCurrent(program, QStringLiteral("Downloads")));
-    EXPECT_EQ(row(program, "Documents").description(), QString());
-
-    chooseFromMenu(desktop, row(program, "Documents"));
-    EXPECT_TRUE(program.tree().waitUntilGone(QStringLiteral("push button"), QStringLiteral("Documents")));
-    row(program, "Downloads");
+    EXPECT_FALSE(program.tree().find(QStringLiteral("push button"), QStringLiteral("Dokumente")));
 }
 
-TEST(Sidebar, SaysWhenTheFavoritesCantBeMirrored) {
+TEST(Sidebar, MirrorsTheFavoritesOfTheFileManagerAndSaysWhenItCant) {
     Desktop desktop;
     desktop.makeFolder("Work");
     Program program(desktop);
@@ -80,15 +96,26 @@ TEST(Sidebar, SaysWhenTheFavoritesCantBeMirrored) {
 
     click(desktop, row(program, "Enable"));
     answer(desktop, program, QStringLiteral("Full Disk Access Required"), "Later");
-    row(program, "Open Settings");
     EXPECT_TRUE(program.tree().waitUntilGone(QStringLiteral("push button"), QStringLiteral("Enable")));
+    click(desktop, row(program, "Open Settings"));
+    answer(desktop, program, QStringLiteral("This desktop has no settings page"), "OK");
 
     // A list comes up while the program runs.
     auto const list = desktop.environment().at("XDG_CONFIG_HOME") + "/gtk-3.0/bookmarks";
     std::filesystem::create_directories(std::filesystem::path(list).parent_path());
-    std::ofstream(list) << "file://" << (desktop.home() / "Work").string() << " Our work\n";
+    auto const favor = [&](char const* label) {
+        std::ofstream(list) << "file://" << (desktop.home() / "Work").string() << ' ' << label << '\n';
+    };
+    favor("Our work");
     row(program, "Our work");
     EXPECT_TRUE(program.tree().waitUntilGone(QStringLiteral("push button"), QStringLiteral("Turn off sync")));
+    favor("Job");
+    auto const job = row(program, "Job");
+    EXPECT_TRUE(program.tree().waitUntilGone(QStringLiteral("push button"), QStringLiteral("Our work")));
+    // It has no menu: the next click would do no more than close one.
+    click(desktop, job, 3);
+    click(desktop, job);
+    EXPECT_TRUE(waitUntilCurrent(program, QStringLiteral("Job")));
 
     std::filesystem::remove(list);
     click(desktop, row(program, "Turn off sync"));
@@ -98,9 +125,50 @@ TEST(Sidebar, SaysWhenTheFavoritesCantBeMirrored) {
         program.tree().find(QStringLiteral("push button"), QStringLiteral("Turn off sync")).isShowing());
 }
 
+/// The favorites that a list file holds, by their paths, and the recent files before them.
+std::string sharedList(std::vector<std::filesystem::path> const& favorites) {
+    ArchiveWriter writer;
+    std::vector<ArchiveWriter::Reference> items{
+        writer.dictionary({{writer.text("Name"), writer.text("Recents")}})};
+    for (auto const& path : favorites)
+        items.push_back(
+            writer.dictionary({{writer.text("Bookmark"), writer.add({BookmarkWriter::bookmark(path)})}}));
+    auto const root = writer.dictionary({{writer.text("items"), writer.array(items)}});
+    return BinaryPropertyList::write(writer.finish(root));
+}
+
+TEST(Sidebar, MirrorsASharedListOfFavorites) {
+    Desktop desktop;
+    desktop.write("Music/.directory", "[Desktop Entry]\nName=Songs\n");
+    desktop.makeFolder("Work");
+    desktop.write("letter.txt");
+    auto const home = desktop.home();
+    auto const store = [&](std::string const& bytes) {
+        auto const folder = std::string("Library/Application Support/com.apple.sharedfilelist/");
+        auto const written = desktop.write(folder + "new", bytes);
+        std::filesystem::rename(written,
+                                written.parent_path() / "com.apple.LSSharedFileList.FavoriteItems.sfl3");
+    };
+    store(sharedList({home / "Music", home / "letter.txt", home / "gone", home / "Work"}));
+    Program program(desktop);
+    desktop.display().expectWindow("panel");
+
+    click(desktop, row(program, "Enable"));
+    EXPECT_LT(row(program, "Songs").place().y, row(program, "Work").place().y);
+    EXPECT_FALSE(program.tree().find(QStringLiteral("push button"), QStringLiteral("letter.txt")));
+    EXPECT_FALSE(
+        program.tree().find(QStringLiteral("push button"), QStringLiteral("Turn off sync")).isShowing());
+    store(sharedList({home / "Work"}));
+    EXPECT_TRUE(program.tree().waitUntilGone(QStringLiteral("push button"), QStringLiteral("Songs")));
+    row(program, "Work");
+    store("no list");
+    row(program, "Turn off sync");
+}
+
 TEST(Sidebar, EjectsVolumesAndLeavesThemFirst) {
     Desktop desktop;
     auto const point = desktop.makeFolder("Backup disk");
+    auto const home = QString::fromStdString(desktop.home().filename());
     // The session's bus stands for the system's, too.
     Program program(desktop, {},
                     {{"DBUS_SYSTEM_BUS_ADDRESS", desktop.environment().at("DBUS_SESSION_BUS_ADDRESS")}});
@@ -109,23 +177,30 @@ TEST(Sidebar, EjectsVolumesAndLeavesThemFirst) {
         GTEST_SKIP() << "needs the right to mount";
     std::ofstream(point / "saved.txt") << "text";
 
-    click(desktop, row(program, "Backup disk"));
-    program.tree().expect({}, QStringLiteral("saved.txt"));
+    auto const enter = [&] {
+        click(desktop, row(program, "Backup disk"));
+        EXPECT_TRUE(waitUntilCurrent(program, QStringLiteral("Backup disk")));
+        program.tree().expect({}, QStringLiteral("saved.txt"));
+    };
+    enter();
     click(desktop,
           row(program, "Backup disk").expect(QStringLiteral("push button"), QStringLiteral("Eject")));
     answer(desktop, program, QStringLiteral("Couldn't eject “Backup disk”"), "OK");
-    EXPECT_TRUE(waitUntilCurrent(program, QString::fromStdString(desktop.home().filename())));
+    EXPECT_TRUE(waitUntilCurrent(program, home));
     EXPECT_TRUE(std::filesystem::exists(point / "saved.txt"));
 
     QThread thread;
     DiskService service(desktop.bus());
     service.disks = {
         {.name = QStringLiteral("sdb1"), .mountPoint = QByteArray::fromStdString(point), .label = {}}};
-    service.onUnmount = [&] { EXPECT_EQ(::umount(point.c_str()), 0); };
+    // The kernel refuses as long as anybody is in there.
+    service.onUnmount = [&] { EXPECT_TRUE(waitFor([&] { return ::umount(point.c_str()) == 0; })); };
     service.moveToThread(&thread);
     thread.start();
+    enter();
     chooseFromMenu(desktop, row(program, "Backup disk"));
     EXPECT_TRUE(program.tree().waitUntilGone(QStringLiteral("push button"), QStringLiteral("Backup disk")));
+    EXPECT_TRUE(waitUntilCurrent(program, home));
     EXPECT_FALSE(std::filesystem::exists(point / "saved.txt"));
     thread.quit();
     thread.wait();

@@ -3,9 +3,8 @@
 #include "support/HttpServer.h"
 #include "support/WaitUntil.h"
 
-#include <gtest/gtest.h>
-
 #include <QApplication>
+#include <QDesktopServices>
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
@@ -29,14 +28,21 @@ QByteArray feedOffering(QByteArray const& version) {
 }
 
 struct SoftwareUpdateTest : ::testing::Test {
-    HttpServer server;
+    Identity const& identity = madeOnce();
+    HttpServer server{identity};
     FakeUserDefaults defaults;
     HandQueue queue;
     QtSoftwareUpdate update{defaults, queue, QString::fromStdString(server.address("/feed")),
                             QStringLiteral("1.2")};
 
-    void SetUp() override { update.allowPlainHttp(); }
-
+    void SetUp() override {
+        ASSERT_FALSE(identity.key.isNull());
+        identity.setTrusted(true);
+    }
+    static Identity const& madeOnce() {
+        static auto const identity = Identity::make();
+        return identity;
+    }
     static QWidget* window() {
         for (auto* one : QApplication::topLevelWidgets())
             if (one->isVisible() && one->windowTitle() == QLatin1String("Software Update"))
@@ -95,10 +101,22 @@ TEST_F(SoftwareUpdateTest, AnswersWhoeverAsks) {
             prominent += button->isVisible() && button->isDefault();
         EXPECT_EQ(prominent, 1) << one.words;
     }
+}
+
+TEST_F(SoftwareUpdateTest, SaysWhyTheFeedCouldNotBeHad) {
+    HttpServer plain;
+    plain.answers["/feed"] = {feedOffering("6.6")};
+    auto const fails = [&](char const* reason) {
+        update.checkForUpdates();
+        EXPECT_TRUE(waitUntil([&] { return texts<QLabel>().starts_with("[Couldn't check for updates]"); }));
+        EXPECT_NE(texts<QLabel>().find(reason), std::string::npos) << texts<QLabel>();
+    };
     server.answers["/feed"] = {"HTTP/1.1 404 Not Found\r\nConnection: close\r\n\r\n"};
-    update.checkForUpdates();
-    EXPECT_TRUE(waitUntil([&] { return texts<QLabel>().starts_with("[Couldn't check for updates]"); }));
-    EXPECT_NE(texts<QLabel>().find("Not Found"), std::string::npos) << texts<QLabel>();
+    fails("Not Found");
+    server.answers["/feed"] = {"HTTP/1.1 302 Found\r\nConnection: close\r\nLocation: " +
+                               QByteArray::fromStdString(plain.address("/feed")) + "\r\n\r\n"};
+    fails("nsecure");
+    EXPECT_EQ(plain.requests, 0);
 }
 
 TEST_F(SoftwareUpdateTest, DailyCheckSpeaksOnlyOfWhatIsNewAndNotSkipped) {
@@ -121,6 +139,11 @@ TEST_F(SoftwareUpdateTest, DailyCheckSpeaksOnlyOfWhatIsNewAndNotSkipped) {
     server.answers["/feed"] = {feedOffering("1.4")};
     dailyCheck();
     EXPECT_TRUE(says("[Taliro 1.4 is available][You have 1.2.]"));
+    QTextBrowser opened;
+    QDesktopServices::setUrlHandler("https", &opened, "setSource");
+    press("Open Download Page");
+    QDesktopServices::unsetUrlHandler("https");
+    EXPECT_EQ(opened.source(), QUrl("https://example.org/"));
 }
 
 TEST_F(SoftwareUpdateTest, AClosedWindowStaysClosedWhenTheAnswerComes) {
@@ -141,13 +164,14 @@ TEST_F(SoftwareUpdateTest, AsksTheNetworkNothingWithoutASecureFeed) {
     EXPECT_TRUE(says("[Updates come with your system][This copy of Taliro 1.2 is updated by your system's "
                      "package manager.]"));
 
-    QtSoftwareUpdate insecure(defaults, queue, QString::fromStdString(server.address("/feed")),
+    HttpServer plain;
+    QtSoftwareUpdate insecure(defaults, queue, QString::fromStdString(plain.address("/feed")),
                               QStringLiteral("1.2"));
     press("OK");
     EXPECT_TRUE(waitUntil([] { return !window(); }));
     insecure.checkForUpdates();
     EXPECT_TRUE(says("[Couldn't check for updates][The update feed's address isn't secure.]"));
-    EXPECT_EQ(server.requests, 0);
+    EXPECT_EQ(server.requests + plain.requests, 0);
 }
 
 } // namespace

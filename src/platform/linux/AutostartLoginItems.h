@@ -6,8 +6,9 @@
 
 namespace taliro {
 
-/// The login item as an XDG autostart entry. An entry that the desktop has switched off (`Hidden=true`, or
-/// GNOME's `X-GNOME-Autostart-enabled=false`) waits for the user's approval.
+/// The login item as an XDG autostart entry. An entry that the desktop has switched off (`Hidden=true`,
+/// GNOME's `X-GNOME-Autostart-enabled=false`, or other desktops' names only) waits for the user's approval.
+/// One whose program is gone is made to start this one.
 class AutostartLoginItems : public LoginItems {
 public:
     /// `program`: what the entry starts, an absolute path.
@@ -18,6 +19,8 @@ public:
     std::expected<void, std::string> unregisterItem() override;
 
 private:
+    void followProgram();
+
     std::string m_program;
     std::string m_entry; ///< the autostart file's path
 };

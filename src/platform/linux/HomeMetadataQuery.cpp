@@ -18,6 +18,7 @@ namespace taliro {
 namespace {
 
 using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
 
 constexpr char listName[] = "recently-used.xbel";
 constexpr char legacyListName[] = ".recently-used.xbel";
@@ -30,7 +31,9 @@ constexpr std::array firstFolders{StandardFolder::desktop,   StandardFolder::doc
 constexpr std::size_t keptItems = 1000;
 /// As many results' folders are watched.
 constexpr std::size_t watchedResults = 100;
-constexpr auto rescanDelay = 300ms;
+/// Looks at changed folders come apart by this, and by so many times what one takes.
+constexpr std::chrono::milliseconds rescanDelay = 300ms;
+constexpr int rescanShare = 10;
 /// Walks come apart by this, and by so many times what one takes.
 constexpr std::chrono::milliseconds walkInterval = 10min;
 constexpr int walkShare = 200;
@@ -69,6 +72,10 @@ bool comesBefore(MetadataItem const& a, MetadataItem const& b) {
     return a.contentChanged != b.contentChanged ? a.contentChanged > b.contentChanged : a.path < b.path;
 }
 
+std::chrono::milliseconds timeSince(Clock::time_point begin) {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
+}
+
 std::string_view folderOf(std::string_view path) {
     return path.substr(0, path.rfind('/'));
 }
@@ -77,7 +84,7 @@ std::string_view folderOf(std::string_view path) {
 
 HomeMetadataQuery::HomeMetadataQuery(MainQueue& queue, DirectoryEvents& events, FileManager& files,
                                      StandardFolders& folders)
-    : m_queue(queue), m_events(events), m_files(files), m_folders(folders) {
+    : m_queue(queue), m_events(events), m_files(files), m_folders(folders), m_rescanDelay(rescanDelay) {
     m_pool.setMaxThreadCount(2); // One walks while the other answers changes.
 }
 
@@ -163,11 +170,10 @@ void HomeMetadataQuery::walk() {
         };
     inBackground([this, options = std::move(options), progress = std::move(progress),
                   stop = m_stop.get_token()] {
-        auto const begin = std::chrono::steady_clock::now();
+        auto const begin = Clock::now();
         auto outcome = HomeWalk::run(options, stop, progress);
-        auto const taken =
-            std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin);
-        return [this, taken, newest = std::move(outcome.newest)] { walked(newest, taken); };
+        return
+            [this, newest = std::move(outcome.newest), taken = timeSince(begin)] { walked(newest, taken); };
     });
 }
 
@@ -190,15 +196,19 @@ void HomeMetadataQuery::folderChanged(std::string const& folder) {
     if (m_isWalking)
         m_touchedDuringWalk.insert(folder);
     if (!m_rescan.isPending())
-        m_rescan = m_queue.after(rescanDelay, [this] { rescanTouched(); });
+        m_rescan = m_queue.after(m_rescanDelay, [this] { rescanTouched(); });
 }
 
 void HomeMetadataQuery::rescanTouched() {
     inBackground([this, folders = std::exchange(m_touched, {}), since = m_definition.changedSince] {
+        auto const begin = Clock::now();
         std::vector<MetadataItem> found;
         for (auto const& folder : folders)
-            std::ranges::move(HomeWalk::list(folder, since), std::back_inserter(found));
-        return [this, folders, found = std::move(found)] { takeFolders(folders, found); };
+            std::ranges::move(HomeWalk::list(folder, since, keptItems), std::back_inserter(found));
+        return [this, folders, found = std::move(found), taken = timeSince(begin)] {
+            m_rescanDelay = std::max(rescanDelay, taken * rescanShare);
+            takeFolders(folders, found);
+        };
     });
     readLists(); // Their files may have changed or gone.
 }

@@ -73,6 +73,7 @@ private:
     std::map<std::string, std::unique_ptr<DirectoryEvents::Source>> m_watched; ///< by folder
     std::set<std::string> m_touched;                                           ///< folders to look at again
     std::set<std::string> m_touchedDuringWalk; ///< that the walk may have seen before their change
+    std::chrono::milliseconds m_rescanDelay;
     WorkItem m_rescan;
     WorkItem m_nextWalk;
 

@@ -3,12 +3,16 @@
 #include "platform/Packages.h"
 #include "platform/linux/Dates.h"
 #include "platform/linux/FileDescriptor.h"
+#include "platform/linux/MountTable.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <memory>
 #include <optional>
 #include <sched.h>
 #include <sys/resource.h>
@@ -53,29 +57,29 @@ public:
     /// Good until the next call; none at the end.
     RawEntry const* next() {
         if (m_at == m_end) {
-            auto const read = ::syscall(SYS_getdents64, m_folder.get(), m_buffer.data(), m_buffer.size());
+            auto const read = ::syscall(SYS_getdents64, m_folder.get(), m_buffer.get(), listingBytes);
             if (read <= 0)
                 return nullptr;
             m_at = 0;
             m_end = static_cast<std::size_t>(read);
         }
-        auto const* entry = reinterpret_cast<RawEntry const*>(m_buffer.data() + m_at);
+        auto const* entry = reinterpret_cast<RawEntry const*>(m_buffer.get() + m_at);
         m_at += entry->length;
         return entry;
     }
 
 private:
     FileDescriptor m_folder;
-    std::vector<char> m_buffer = std::vector<char>(listingBytes);
+    std::unique_ptr<char[]> m_buffer = std::make_unique_for_overwrite<char[]>(listingBytes);
     std::size_t m_at = 0;
     std::size_t m_end = 0;
 };
 
 /// `O_NOATIME` is refused for folders of others.
-FileDescriptor openFolder(int parent, char const* name, int flags = openFlags) {
-    int descriptor = ::openat(parent, name, flags);
+FileDescriptor openFolder(int parent, char const* name) {
+    int descriptor = ::openat(parent, name, openFlags);
     if (descriptor < 0 && errno == EPERM)
-        descriptor = ::openat(parent, name, flags & ~O_NOATIME);
+        descriptor = ::openat(parent, name, openFlags & ~O_NOATIME);
     return FileDescriptor(descriptor);
 }
 
@@ -97,6 +101,15 @@ bool isNewer(MetadataItem const& a, MetadataItem const& b) {
     return a.contentChanged > b.contentChanged;
 }
 
+bool isGenerated(std::string_view folderName) {
+    return std::ranges::find(generatedFolders, folderName) != generatedFolders.end();
+}
+
+/// Whether it passes for one file: a folder may, too.
+bool isFile(struct statx const& status, std::string_view name) {
+    return S_ISREG(status.stx_mode) || (S_ISDIR(status.stx_mode) && isPackageName(name));
+}
+
 /// The newest files met, as a heap with the oldest of them on top.
 class Newest {
 public:
@@ -114,7 +127,7 @@ public:
         std::ranges::push_heap(m_items, isNewer);
     }
     std::vector<MetadataItem> const& items() const { return m_items; }
-    std::vector<MetadataItem> sorted() && {
+    std::vector<MetadataItem> takeSorted() {
         std::ranges::sort(m_items, isNewer);
         return std::move(m_items);
     }
@@ -133,6 +146,19 @@ bool isNetworkFileSystem(std::string const& folder) {
            std::ranges::find(types, static_cast<std::uint32_t>(status.f_type)) != types.end();
 }
 
+/// What is mounted in `folder`. Merely to look at such a place may mean to wait for a server that sleeps.
+std::vector<std::string> mountPointsIn(std::string const& folder) {
+    std::error_code unresolved;
+    auto const real = std::filesystem::canonical(folder, unresolved).string() + "/";
+    std::ifstream file("/proc/self/mountinfo");
+    std::string const table(std::istreambuf_iterator<char>(file), {});
+    std::vector<std::string> points;
+    for (auto const& mount : parseMounts(table))
+        if (mount.point.starts_with(real))
+            points.push_back(folder + "/" + mount.point.substr(real.size()));
+    return points;
+}
+
 class Walker {
 public:
     Walker(HomeWalk::Options const& options, std::stop_token const& stop, HomeWalk::Progress const& progress)
@@ -140,22 +166,26 @@ public:
           m_stop(stop),
           m_progress(progress),
           m_newest(options.changedSince, options.keep),
-          m_skipped(options.leaveOut.begin(), options.leaveOut.end()) {}
+          m_skipped(options.leaveOut.begin(), options.leaveOut.end()) {
+        for (auto& point : mountPointsIn(options.folder))
+            m_skipped.insert(std::move(point));
+    }
 
     HomeWalk::Outcome run() {
-        auto const home = look(AT_FDCWD, (m_options.folder + "/.").c_str(), STATX_INO);
-        if (home && !isNetworkFileSystem(m_options.folder)) {
-            m_device = deviceOf(*home);
+        auto const home = m_options.folder + "/."; // Followed if it is a link.
+        auto const status = look(AT_FDCWD, home.c_str(), STATX_INO);
+        if (status && !isNetworkFileSystem(home)) {
+            m_device = deviceOf(*status);
             for (auto const& folder : m_options.first) {
-                if (m_skipped.contains(folder) || !folder.starts_with(m_options.folder + "/"))
+                if (isLeftOut(folder))
                     continue;
-                walk(folder, openFlags);
+                walk(folder, folder);
                 m_skipped.insert(folder);
             }
-            walk(m_options.folder, openFlags & ~O_NOFOLLOW);
+            walk(home, m_options.folder);
         }
         m_outcome.isComplete = !m_stop.stop_requested();
-        m_outcome.newest = std::move(m_newest).sorted();
+        m_outcome.newest = m_newest.takeSorted();
         return std::move(m_outcome);
     }
 
@@ -165,12 +195,23 @@ private:
         std::size_t pathLength; ///< of `m_path` without this folder's part
     };
 
-    void walk(std::string const& root, int flags) {
-        auto const status = look(AT_FDCWD, (root + "/.").c_str(), STATX_INO);
+    /// Whether `folder` is in a part of the home folder that is left out, or not in it at all.
+    bool isLeftOut(std::string folder) const {
+        if (!folder.starts_with(m_options.folder + "/"))
+            return true;
+        for (; folder.size() > m_options.folder.size(); folder.resize(folder.rfind('/')))
+            if (m_skipped.contains(folder))
+                return true;
+        return false;
+    }
+
+    /// Walks through `folder`, opened as `place`.
+    void walk(std::string const& place, std::string_view folder) {
+        auto const status = look(AT_FDCWD, place.c_str(), STATX_INO);
         if (!status || deviceOf(*status) != m_device)
             return;
         m_path.clear();
-        enter(AT_FDCWD, root.c_str(), root, flags);
+        enter(AT_FDCWD, place.c_str(), folder);
         while (!m_levels.empty() && !shouldStop()) {
             auto const* entry = m_levels.back().listing.next();
             if (entry) {
@@ -183,8 +224,8 @@ private:
         m_levels.clear();
     }
 
-    void enter(int parent, char const* name, std::string_view part, int flags) {
-        auto folder = openFolder(parent, name, flags);
+    void enter(int parent, char const* name, std::string_view part) {
+        auto folder = openFolder(parent, name);
         if (!folder || ::faccessat(folder.get(), cacheMark, F_OK, 0) == 0)
             return;
         ++m_outcome.folders;
@@ -198,20 +239,19 @@ private:
             (entry.type != DT_REG && entry.type != DT_DIR && entry.type != DT_UNKNOWN))
             return;
         std::string_view const name = entry.name;
-        if (entry.type == DT_DIR && std::ranges::find(generatedFolders, name) != generatedFolders.end())
+        auto const part = entry.type == DT_REG ? std::string() : "/" + std::string(name);
+        if (entry.type != DT_REG && (isGenerated(name) || m_skipped.contains(m_path + part)))
             return;
         auto const status = look(m_levels.back().listing.descriptor(), entry.name, STATX_TYPE | STATX_MTIME);
         if (!status)
             return;
         bool const isFolder = S_ISDIR(status->stx_mode);
-        if (S_ISREG(status->stx_mode) || (isFolder && isPackageName(name))) {
+        if (isFile(*status, name)) {
             ++m_outcome.files;
             if (auto const changed = changeDate(*status); m_newest.wants(changed))
                 m_newest.add(m_path + "/" + entry.name, changed);
         } else if (isFolder && deviceOf(*status) == m_device && m_levels.size() < maxDepth) {
-            auto const part = "/" + std::string(name);
-            if (m_skipped.empty() || !m_skipped.contains(m_path + part))
-                enter(m_levels.back().listing.descriptor(), entry.name, part, openFlags);
+            enter(m_levels.back().listing.descriptor(), entry.name, part);
         }
     }
 
@@ -246,26 +286,25 @@ HomeWalk::Outcome HomeWalk::run(Options const& options, std::stop_token const& s
     return Walker(options, stop, progress).run();
 }
 
-std::vector<MetadataItem> HomeWalk::list(std::string const& folder, Date changedSince) {
-    std::vector<MetadataItem> items;
+std::vector<MetadataItem> HomeWalk::list(std::string const& folder, Date changedSince, std::size_t keep) {
+    Newest newest(changedSince, keep);
     auto opened = openFolder(AT_FDCWD, folder.c_str());
     if (!opened)
-        return items;
+        return {};
     Listing listing(std::move(opened));
     while (auto const* entry = listing.next()) {
-        if (entry->name[0] == '.' ||
-            (entry->type != DT_REG && entry->type != DT_UNKNOWN && entry->type != DT_DIR))
-            continue;
-        if (entry->type == DT_DIR && !isPackageName(entry->name))
+        std::string_view const name = entry->name;
+        bool const mayBeFile = entry->type == DT_REG || entry->type == DT_UNKNOWN ||
+                               (entry->type == DT_DIR && isPackageName(name));
+        if (name.starts_with('.') || !mayBeFile)
             continue;
         auto const status = look(listing.descriptor(), entry->name, STATX_TYPE | STATX_MTIME);
-        if (!status ||
-            !(S_ISREG(status->stx_mode) || (S_ISDIR(status->stx_mode) && isPackageName(entry->name))))
+        if (!status || !isFile(*status, name))
             continue;
-        if (auto const changed = changeDate(*status); changed >= changedSince)
-            items.push_back({folder + "/" + entry->name, std::nullopt, changed});
+        if (auto const changed = changeDate(*status); newest.wants(changed))
+            newest.add(folder + "/" + entry->name, changed);
     }
-    return items;
+    return newest.takeSorted();
 }
 
 void HomeWalk::becomeBackground() {

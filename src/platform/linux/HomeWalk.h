@@ -33,10 +33,11 @@ public:
     using Progress = std::function<void(std::vector<MetadataItem> const&)>;
 
     /// Files and folders that are hidden, caches and what other programs generate are left out, and so are
-    /// other file systems and, where they are seen as such, network ones altogether. Links are not followed.
+    /// other file systems and network ones altogether: what is mounted in the folder is not even looked at.
+    /// Links are not followed.
     static Outcome run(Options const& options, std::stop_token const& stop, Progress const& progress = {});
-    /// The matching files directly in `folder`.
-    static std::vector<MetadataItem> list(std::string const& folder, Date changedSince);
+    /// Of the matching files directly in `folder` the `keep` newest.
+    static std::vector<MetadataItem> list(std::string const& folder, Date changedSince, std::size_t keep);
     /// Lets the calling thread's work come after that of everyone else.
     static void becomeBackground();
 };

@@ -2,8 +2,10 @@
 
 #include <QImageReader>
 #include <QMimeDatabase>
+#include <array>
 #include <atomic>
 #include <mutex>
+#include <optional>
 
 namespace taliro {
 
@@ -61,42 +63,39 @@ MimeTypeCatalog::Known MimeTypeCatalog::lookUp(std::string_view name, bool isDir
     return {type.name().toStdString(), sentenceCased(type.comment())};
 }
 
-MimeTypeCatalog::Known const& MimeTypeCatalog::known(std::string_view name, bool isDirectory) {
-    auto const key = isDirectory ? std::string_view(folderKey) : decisivePart(name);
-    // Each thread remembers its last answer: neighbours in a folder are often of one type.
-    thread_local std::string lastKey;
-    thread_local Known const* lastKnown = nullptr;
-    thread_local std::uint64_t lastCatalog = 0;
-    if (lastCatalog == m_serial && lastKnown && lastKey == key)
-        return *lastKnown;
-
-    auto remember = [&](Known const& known) -> Known const& {
-        lastKey = key;
-        lastKnown = &known;
-        lastCatalog = m_serial;
-        return known;
-    };
+MimeTypeCatalog::Known MimeTypeCatalog::remembered(std::string_view key, bool isDirectory) {
     {
         std::shared_lock const lock(m_mutex);
         if (auto const found = m_known.find(key); found != m_known.end())
-            return remember(*found->second);
-        if (m_known.size() >= mostKnown) {
-            thread_local Known answer;
-            lastKnown = nullptr;
-            answer = lookUp(key, isDirectory);
-            return answer;
-        }
+            return found->second;
     }
-    auto fresh = std::make_unique<Known const>(lookUp(key, isDirectory));
+    auto const known = lookUp(key, isDirectory);
     std::unique_lock const lock(m_mutex);
-    return remember(*m_known.try_emplace(std::string(key), std::move(fresh)).first->second);
+    if (m_known.size() < mostKnown)
+        m_known.try_emplace(std::string(key), known);
+    return known;
+}
+
+MimeTypeCatalog::Known MimeTypeCatalog::known(std::string_view name, bool isDirectory) {
+    auto const key = isDirectory ? std::string_view(folderKey) : decisivePart(name);
+    // Each thread has the latest answers at hand without a lock: a folder holds many files of few types.
+    struct Answer {
+        std::uint64_t catalog = 0;
+        std::string key;
+        std::optional<Known> known;
+    };
+    thread_local std::array<Answer, 64> answers;
+    auto& answer = answers[std::hash<std::string_view>{}(key) % answers.size()];
+    if (answer.catalog != m_serial || answer.key != key)
+        answer = {m_serial, std::string(key), remembered(key, isDirectory)};
+    return *answer.known;
 }
 
 std::string MimeTypeCatalog::mimeType(std::string_view name, bool isDirectory) {
-    return known(name, isDirectory).mimeType;
+    return known(name, isDirectory).mimeType.text();
 }
 
-std::string MimeTypeCatalog::kind(std::string_view name, bool isDirectory) {
+InternedText MimeTypeCatalog::kind(std::string_view name, bool isDirectory) {
     return known(name, isDirectory).kind;
 }
 

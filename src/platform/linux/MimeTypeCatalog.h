@@ -2,9 +2,9 @@
 
 #include "platform/TypeCatalog.h"
 
-#include <map>
-#include <memory>
+#include <cstdint>
 #include <shared_mutex>
+#include <string>
 #include <unordered_map>
 
 namespace taliro {
@@ -16,17 +16,18 @@ public:
     ~MimeTypeCatalog() override;
 
     std::string mimeType(std::string_view name, bool isDirectory) override;
-    std::string kind(std::string_view name, bool isDirectory) override;
+    InternedText kind(std::string_view name, bool isDirectory) override;
     std::string iconName(std::string_view mimeType) override;
     std::string genericIconName(std::string_view mimeType) override;
     PixelSize pixelSize(Url const& file) override;
 
 private:
     struct Known {
-        std::string mimeType;
-        std::string kind;
+        InternedText mimeType;
+        InternedText kind;
     };
-    Known const& known(std::string_view name, bool isDirectory);
+    Known known(std::string_view name, bool isDirectory);
+    Known remembered(std::string_view key, bool isDirectory);
     Known lookUp(std::string_view name, bool isDirectory) const;
 
     struct TextHash : std::hash<std::string_view> {
@@ -34,7 +35,7 @@ private:
     };
     std::uint64_t m_serial; ///< tells catalogs apart, also one that takes another's place in memory
     std::shared_mutex m_mutex;
-    std::unordered_map<std::string, std::unique_ptr<Known const>, TextHash, std::equal_to<>> m_known;
+    std::unordered_map<std::string, Known, TextHash, std::equal_to<>> m_known;
 };
 
 } // namespace taliro

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <optional>
+#include <unordered_set>
 
 namespace taliro {
 
@@ -113,14 +114,13 @@ std::optional<Mount> parseLine(std::string_view line) {
 } // namespace
 
 std::vector<Mount> parseMounts(std::string_view mountinfo) {
+    auto const lines = split(mountinfo, '\n');
     std::vector<Mount> mounts;
-    for (auto const line : split(mountinfo, '\n')) {
-        auto mount = parseLine(line);
-        if (!mount)
-            continue;
-        std::erase_if(mounts, [&](Mount const& other) { return other.point == mount->point; });
-        mounts.push_back(std::move(*mount));
-    }
+    std::unordered_set<std::string> points;
+    for (auto line = lines.rbegin(); line != lines.rend(); ++line)
+        if (auto mount = parseLine(*line); mount && points.insert(mount->point).second)
+            mounts.push_back(std::move(*mount));
+    std::ranges::reverse(mounts);
     return mounts;
 }
 

@@ -1,5 +1,6 @@
 #include "platform/linux/PosixFileManager.h"
 
+#include "foundation/Pipeline.h"
 #include "platform/linux/Dates.h"
 #include "platform/linux/FileDescriptor.h"
 
@@ -9,12 +10,10 @@
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
-#include <future>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/sysmacros.h>
-#include <thread>
 #include <unistd.h>
 #include <unordered_set>
 
@@ -122,9 +121,11 @@ FileDescriptor openRegular(int folder, char const* name) {
     return file;
 }
 
-/// Names that the folder's own `.hidden` file asks to hide, one a line.
-std::unordered_set<std::string> namesHiddenByList(int folder) {
+/// Names that the folder's own `.hidden` file asks to hide, one a line; none where hidden items are wanted.
+std::unordered_set<std::string> namesHiddenByList(int folder, Hidden hidden) {
     std::unordered_set<std::string> names;
+    if (hidden == Hidden::include)
+        return names;
     if (auto const list = openRegular(folder, ".hidden")) {
         auto const text = readBytes(list.get(), 1024 * 1024).value_or("");
         for (std::size_t start = 0; start < text.size();) {
@@ -137,22 +138,6 @@ std::unordered_set<std::string> namesHiddenByList(int folder) {
     return names;
 }
 
-void readAllAttributes(int folder, std::vector<ListedItem>& items) {
-    auto read = [&](std::size_t begin, std::size_t end) {
-        for (std::size_t i = begin; i < end; ++i)
-            items[i].attributes = readAttributes(folder, items[i].name.c_str());
-    };
-    constexpr std::size_t splitFrom = 4000;
-    if (items.size() < splitFrom || std::thread::hardware_concurrency() < 2) {
-        read(0, items.size());
-        return;
-    }
-    auto const middle = items.size() / 2;
-    auto upper = std::async(std::launch::async, [&] { read(middle, items.size()); });
-    read(0, middle);
-    upper.get();
-}
-
 } // namespace
 
 std::expected<std::vector<ListedItem>, std::errc> PosixFileManager::contents(Url const& folder,
@@ -160,20 +145,28 @@ std::expected<std::vector<ListedItem>, std::errc> PosixFileManager::contents(Url
     FileDescriptor const descriptor(::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!descriptor)
         return std::unexpected(lastError());
-    std::vector<ListedItem> items;
+    auto const listed = namesHiddenByList(descriptor.get(), hidden);
+    Pipeline<ListedItem> items([&](std::vector<ListedItem>& batch) {
+        for (auto& item : batch)
+            item.attributes = readAttributes(descriptor.get(), item.name.c_str());
+    });
+    std::vector<ListedItem> batch;
     auto const read = forEachEntry(descriptor.get(), [&](std::string_view name, unsigned char) {
-        if (hidden == Hidden::include || !name.starts_with('.'))
-            items.push_back({std::string(name), std::nullopt});
+        if (hidden == Hidden::skip && name.starts_with('.'))
+            return;
+        ListedItem item{std::string(name)};
+        if (listed.contains(item.name))
+            return;
+        batch.push_back(std::move(item));
+        if (batch.size() == pieceSize) {
+            items.add(std::exchange(batch, {}));
+            batch.reserve(pieceSize);
+        }
     });
     if (!read)
         return std::unexpected(read.error());
-    if (hidden == Hidden::skip) {
-        auto const listed = namesHiddenByList(descriptor.get());
-        if (!listed.empty())
-            std::erase_if(items, [&](ListedItem const& item) { return listed.contains(item.name); });
-    }
-    readAllAttributes(descriptor.get(), items);
-    return items;
+    items.add(std::move(batch));
+    return items.finish();
 }
 
 std::vector<ListedItem> PosixFileManager::contents(Url const& folder, std::vector<std::string> const& names,
@@ -181,8 +174,7 @@ std::vector<ListedItem> PosixFileManager::contents(Url const& folder, std::vecto
     FileDescriptor const descriptor(::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!descriptor)
         return {};
-    auto const listed =
-        hidden == Hidden::skip ? namesHiddenByList(descriptor.get()) : std::unordered_set<std::string>();
+    auto const listed = namesHiddenByList(descriptor.get(), hidden);
     std::vector<ListedItem> items;
     for (auto const& name : names) {
         if (hidden == Hidden::skip && (name.starts_with('.') || listed.contains(name)))
@@ -198,8 +190,7 @@ std::optional<std::vector<std::string>> PosixFileManager::subfolders(Url const& 
     FileDescriptor const descriptor(::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!descriptor)
         return std::nullopt;
-    auto const listed =
-        hidden == Hidden::skip ? namesHiddenByList(descriptor.get()) : std::unordered_set<std::string>();
+    auto const listed = namesHiddenByList(descriptor.get(), hidden);
     std::vector<std::string> names;
     auto const read = forEachEntry(descriptor.get(), [&](std::string_view name, unsigned char type) {
         if (hidden == Hidden::skip && name.starts_with('.'))

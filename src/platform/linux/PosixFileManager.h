@@ -4,7 +4,8 @@
 
 namespace taliro {
 
-/// Folders by `getdents64`, attributes by `statx`. A large folder's attributes are read on two threads.
+/// Folders by `getdents64`, attributes by `statx`. A large folder's attributes are read on all cores while
+/// its names still come in.
 class PosixFileManager : public FileManager {
 public:
     std::expected<std::vector<ListedItem>, std::errc> contents(Url const& folder, Hidden hidden) override;

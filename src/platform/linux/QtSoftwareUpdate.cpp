@@ -22,6 +22,12 @@ constexpr std::chrono::seconds soonest = 60s;
 constexpr qint64 largestFeed = 4 * 1024 * 1024;
 constexpr int timeoutMilliseconds = 20'000;
 
+QString reasonOf(QNetworkReply const& reply) {
+    return reply.error() == QNetworkReply::SslHandshakeFailedError
+               ? QObject::tr("The server's certificate isn't trusted.")
+               : reply.errorString();
+}
+
 double nowInSeconds() {
     return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
 }
@@ -61,7 +67,7 @@ void QtSoftwareUpdate::checkForUpdates() {
 
 void QtSoftwareUpdate::check(bool asked) {
     QUrl const address(m_feed, QUrl::StrictMode);
-    if (address.scheme() != QLatin1String("https") && !m_plainHttp) {
+    if (address.scheme() != QLatin1String("https")) {
         if (asked)
             say(QObject::tr("Couldn't check for updates"),
                 QObject::tr("The update feed's address isn't secure."));
@@ -106,7 +112,7 @@ void QtSoftwareUpdate::finish(QNetworkReply& reply, bool asked) {
     scheduleNext();
     if (reply.error() != QNetworkReply::NoError) {
         if (asked)
-            say(QObject::tr("Couldn't check for updates"), reply.errorString());
+            say(QObject::tr("Couldn't check for updates"), reasonOf(reply));
         return;
     }
     auto const release = newestRelease(reply.readAll());

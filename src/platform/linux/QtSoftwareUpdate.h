@@ -27,9 +27,6 @@ public:
     void start() override;
     void checkForUpdates() override;
 
-    /// For tests of the feed against a server on this machine.
-    void allowPlainHttp() { m_plainHttp = true; }
-
 private:
     void scheduleNext();
     void check(bool asked);
@@ -43,7 +40,6 @@ private:
     MainQueue& m_queue;
     QString m_feed;
     QString m_version;
-    bool m_plainHttp = false;
     std::unique_ptr<QNetworkAccessManager> m_network; ///< made at the first check, not at start-up
     QPointer<QNetworkReply> m_reply;
     QPointer<UpdateWindow> m_window;

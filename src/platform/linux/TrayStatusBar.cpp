@@ -71,7 +71,7 @@ public:
         return place && place->contains(point);
     }
 
-    void showMenu(std::vector<StatusMenuEntry> entries) override {
+    void setMenu(std::vector<StatusMenuEntry> const& entries) override {
         m_menu = std::make_unique<QMenu>();
         m_menu->setWindowRole(QStringLiteral("status menu"));
         for (auto const& entry : entries) {
@@ -85,8 +85,10 @@ public:
             QObject::connect(
                 action, &QAction::triggered, action, [run = entry.action] { run(); }, Qt::QueuedConnection);
         }
-        m_menu->popup(menuOrigin());
+        offerMenu();
     }
+
+    void showMenu() override { m_menu->popup(menuOrigin()); }
 
 private:
     static void call(std::function<void()> const& handler) {
@@ -135,9 +137,16 @@ private:
         QObject::connect(m_tray.get(), &QSystemTrayIcon::activated, m_tray.get(),
                          [this](QSystemTrayIcon::ActivationReason reason) { clicked(reason); });
         m_tray->show();
+        offerMenu();
         m_isPlaced = false;
         m_looksForPlace = 0;
         m_placeTimer.start(lookInterval);
+    }
+
+    /// A tray on the bus, which never tells a place, shows the menu itself and gives no right click.
+    void offerMenu() {
+        if (m_tray && m_menu && m_tray->geometry().isNull())
+            m_tray->setContextMenu(m_menu.get());
     }
 
     /// The tray takes the icon in some time later, and no one tells; until then it is at the origin.

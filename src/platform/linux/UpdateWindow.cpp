@@ -2,6 +2,7 @@
 
 #include "platform/linux/UpdateFeed.h"
 
+#include <QDesktopServices>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -44,7 +45,16 @@ UpdateWindow::UpdateWindow() {
     m_notes = new NotesBrowser(this);
     m_notes->setAccessibleName(tr("What is new"));
     m_notes->setOpenLinks(false);
+    connect(m_notes, &QTextBrowser::anchorClicked, this, [](QUrl const& address) {
+        if (address.scheme() == QLatin1String("https"))
+            QDesktopServices::openUrl(address);
+    });
     m_notes->setFixedHeight(180);
+    m_notes->setFrameShape(QFrame::NoFrame);
+    m_notes->document()->setDocumentMargin(10);
+    m_notes->document()->setIndentWidth(18);
+    m_notes->document()->setDefaultStyleSheet(
+        QStringLiteral("h1, h2, h3 { font-size: medium; font-weight: 600; }"));
     m_skip = new QPushButton(tr("Skip This Version"), this);
     m_later = new QPushButton(tr("OK"), this);
     m_open = new QPushButton(tr("Open Download Page"), this);

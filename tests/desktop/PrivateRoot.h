@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+namespace taliro::testing {
+
+/// Gives this process, and those that it starts, a `/usr/local/bin` of their own: empty, and root's rights to
+/// it. To be called before there are threads. Empty, or why the system doesn't let it.
+std::string enterPrivateRoot();
+
+/// Whether anyone may write there, root too.
+void setLinkFolderWritable(bool writable);
+
+} // namespace taliro::testing
