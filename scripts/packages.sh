@@ -19,7 +19,7 @@ packages_for() {
         desktop-file-utils appstream python3-xdg openssl xkb-data x11-xkb-utils gstreamer1.0-plugins-base
         gstreamer1.0-plugins-good qt6-image-formats-plugins" ;;
     # What the benchmarks are measured beside.
-    bench) echo "dbus tumbler webp-pixbuf-loader qt6-image-formats-plugins" ;;
+    bench) echo "dbus libxcb-damage0-dev pcmanfm-qt thunar tumbler webp-pixbuf-loader qt6-image-formats-plugins" ;;
     # What makes the Debian package and looks for faults in it, and a fresh system to try it in.
     package) echo "dpkg-dev lintian" ;;
     fresh) echo "debootstrap ccache" ;;

@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QTimer>
 
 #include <cstdio>
 #include <cstdlib>
@@ -38,6 +39,15 @@ void preferX11() {
         ::setenv("QT_QPA_PLATFORM", "xcb;wayland", 1);
 }
 
+/// Looking an icon up in all themes takes a while, and task lists can wait for it until the browser is there.
+void setIconLater(QApplication& application) {
+    using namespace std::chrono_literals;
+    QTimer::singleShot(200ms, &application, [&application] {
+        application.setWindowIcon(
+            QIcon::fromTheme(QStringLiteral("com.taliro.Taliro"), QIcon(":/icons/128.png")));
+    });
+}
+
 int run(CommandLine const& commandLine, int argc, char** argv) {
     switch (DBusOpenRequests::handOver(commandLine.urls)) {
     case DBusOpenRequests::HandOver::taken:
@@ -55,8 +65,6 @@ int run(CommandLine const& commandLine, int argc, char** argv) {
     application.setApplicationName(QStringLiteral("Taliro"));
     application.setApplicationVersion(QStringLiteral(TALIRO_VERSION));
     application.setDesktopFileName(QStringLiteral("com.taliro.Taliro"));
-    application.setWindowIcon(
-        QIcon::fromTheme(QStringLiteral("com.taliro.Taliro"), QIcon(":/icons/128.png")));
     application.setQuitOnLastWindowClosed(false);
 
     LinuxPlatform services({QStringLiteral(TALIRO_VERSION), QStringLiteral(TALIRO_UPDATE_FEED)});
@@ -76,6 +84,7 @@ int run(CommandLine const& commandLine, int argc, char** argv) {
     if (!commandLine.urls.empty())
         platform.mainQueue.async([&] { delegate.openURLs(commandLine.urls); });
     delegate.applicationDidFinishLaunching();
+    setIconLater(application);
     platform.fileOperations.removeLeftovers();
     return application.exec();
 }
