@@ -14,6 +14,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <malloc.h>
 
 namespace {
 
@@ -46,6 +47,15 @@ void setIconLater(QApplication& application) {
         application.setWindowIcon(
             QIcon::fromTheme(QStringLiteral("com.taliro.Taliro"), QIcon(":/icons/128.png")));
     });
+}
+
+/// What a large folder took and nothing uses any more goes back to the system while nobody waits for us.
+void giveMemoryBackWhenLeft(QApplication& application) {
+    QObject::connect(&application, &QGuiApplication::applicationStateChanged, &application,
+                     [](Qt::ApplicationState state) {
+                         if (state != Qt::ApplicationActive)
+                             ::malloc_trim(0);
+                     });
 }
 
 int run(CommandLine const& commandLine, int argc, char** argv) {
@@ -85,6 +95,7 @@ int run(CommandLine const& commandLine, int argc, char** argv) {
         platform.mainQueue.async([&] { delegate.openURLs(commandLine.urls); });
     delegate.applicationDidFinishLaunching();
     setIconLater(application);
+    giveMemoryBackWhenLeft(application);
     platform.fileOperations.removeLeftovers();
     return application.exec();
 }
