@@ -11,6 +11,7 @@ struct Contender {
     std::string name;
     std::function<std::size_t()> run;
     std::function<void()> prepare = {}; ///< before each run, not counted
+    bool doesLess = false; ///< of what we do, as the row then tells: a peer that knows fewer kinds of files
 };
 
 /// Lets all take turns, so that whatever else the machine does hits each alike, and prints a row of the
@@ -21,11 +22,25 @@ struct Contender {
 
 void printTableHead();
 
+/// A row of the table for figures in `unit`, such as "ms"; less is better.
+void printRow(std::string const& task, std::string const& peer, char const* unit, double ours, double theirs);
+/// A row for a peer that was given up on at `theirs`.
+void printRowOver(std::string const& task, std::string const& peer, char const* unit, double ours,
+                  double theirs);
+double median(std::vector<double> values);
+
+class Seat;
+
 // Each measures one subject; false where something went wrong.
+[[nodiscard]] bool measureCompletion();
 [[nodiscard]] bool measureCopying();
-[[nodiscard]] bool measureHotkey();
+[[nodiscard]] bool measureHotkey(Seat& seat);
+[[nodiscard]] bool measureIdling(Seat& seat);
+[[nodiscard]] bool measureLargeFolder(Seat& seat);
 [[nodiscard]] bool measureListing();
 [[nodiscard]] bool measureRecentFiles();
+[[nodiscard]] bool measureStart(Seat& seat);
 [[nodiscard]] bool measureThumbnails();
+[[nodiscard]] bool measureViews();
 
 } // namespace taliro::bench

@@ -1,4 +1,5 @@
 #include "Comparison.h"
+#include "Samples.h"
 
 #include "browsing/DirectoryLoader.h"
 #include "browsing/Listing.h"
@@ -26,27 +27,6 @@ namespace taliro::bench {
 namespace {
 
 constexpr int itemCount = 100'000;
-
-/// Names as people and cameras give them, in no order.
-std::string nameOf(int index) {
-    constexpr std::array patterns{"IMG_%05d.JPG", "Report %d (final).odt", "été %d.pdf", "notes-%d.md",
-                                  "Übung %d.txt"};
-    std::array<char, 64> name{};
-    auto const shuffled = static_cast<int>((index * 7919LL) % itemCount);
-    std::snprintf(name.data(), name.size(), patterns[static_cast<std::size_t>(index) % patterns.size()],
-                  shuffled);
-    return name.data();
-}
-
-bool fill(std::filesystem::path const& folder) {
-    for (int i = 0; i < itemCount; ++i) {
-        auto const file = ::open((folder / nameOf(i)).c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644);
-        if (file < 0)
-            return false;
-        ::close(file);
-    }
-    return true;
-}
 
 /// What the kernel takes: every name and its attributes, unsorted and thrown away.
 std::size_t bareKernel(char const* folder) {
@@ -122,10 +102,8 @@ std::size_t qtFilter(QStringList const& names, QString const& text) {
 
 bool measureListing() {
     testing::TemporaryFolder const folder;
-    if (!fill(folder.path())) {
-        std::fprintf(stderr, "Can't make %d files in %s\n", itemCount, folder.path().c_str());
+    if (!makeSampleFiles(folder.path(), itemCount))
         return false;
-    }
     auto& platform = Platform::current();
     auto const path = folder.path().string();
     auto const url = Url::file(path, true);

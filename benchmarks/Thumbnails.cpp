@@ -4,9 +4,8 @@
 #include "platform/linux/QtMainQueue.h"
 #include "platform/linux/ThumbnailService.h"
 #include "platform/linux/ThumbnailStore.h"
+#include "support/MixedFiles.h"
 #include "support/PrivateBus.h"
-#include "support/SampleFiles.h"
-#include "support/TemporaryFolder.h"
 
 #include <QCoreApplication>
 #include <QImageReader>
@@ -14,6 +13,7 @@
 #include <gio/gio.h>
 
 #include <cstdio>
+#include <memory>
 #include <set>
 
 namespace taliro::bench {
@@ -22,13 +22,21 @@ namespace {
 
 constexpr int photoCount = 48;
 constexpr QSize photoSize(3000, 2000);
+constexpr int mixedCount = 2000;
 constexpr int pixels = 128;
+constexpr int rounds = 5;
+constexpr int mixedRounds = 3;
 
 using Paths = std::vector<std::string>;
 
-/// Photos as cameras make them: noise takes as long to decode as leaves and sand do.
-Paths makePhotos(testing::TemporaryFolder const& folder) {
+struct Files {
     Paths paths;
+    std::vector<char const*> mimeTypes;
+};
+
+/// Photos as cameras make them: noise takes as long to decode as leaves and sand do.
+Files makePhotos(testing::TemporaryFolder const& folder) {
+    Files files;
     auto image = testing::landscape(photoSize.width(), photoSize.height());
     std::uint32_t noise = 1;
     for (int i = 0; i < photoCount; ++i) {
@@ -40,9 +48,19 @@ Paths makePhotos(testing::TemporaryFolder const& folder) {
             }
         auto const path = folder.write("photo " + std::to_string(i) + ".jpg", testing::encoded(image, "jpg"));
         testing::makeOld(path);
-        paths.push_back(path.string());
+        files.paths.push_back(path.string());
+        files.mimeTypes.push_back("image/jpeg");
     }
-    return paths;
+    return files;
+}
+
+Files makeMixed(testing::TemporaryFolder const& folder) {
+    Files files;
+    for (auto const& file : testing::makeMixedFiles(folder, mixedCount)) {
+        files.paths.push_back(file.path.string());
+        files.mimeTypes.push_back(file.mimeType);
+    }
+    return files;
 }
 
 /// Thumbnails for all, as if each were in sight.
@@ -111,14 +129,14 @@ public:
 
     bool isThere() const { return m_isThere; }
 
-    std::size_t makeAll(Paths const& paths) {
+    std::size_t makeAll(Files const& files) {
         GVariantBuilder uris;
         GVariantBuilder types;
         g_variant_builder_init(&uris, G_VARIANT_TYPE("as"));
         g_variant_builder_init(&types, G_VARIANT_TYPE("as"));
-        for (auto const& file : paths) {
-            g_variant_builder_add(&uris, "s", FileStamp::of(file)->uri.c_str());
-            g_variant_builder_add(&types, "s", "image/jpeg");
+        for (std::size_t i = 0; i < files.paths.size(); ++i) {
+            g_variant_builder_add(&uris, "s", FileStamp::of(files.paths[i])->uri.c_str());
+            g_variant_builder_add(&types, "s", files.mimeTypes[i]);
         }
         m_ready.clear();
         auto* const answer =
@@ -165,45 +183,75 @@ private:
     std::set<std::string> m_ready;
 };
 
-} // namespace
+class Measurement {
+public:
+    Measurement() {
+        if (!m_tumbler.isThere())
+            std::fprintf(stderr, "tumblerd is not installed and left out\n");
+    }
 
-bool measureThumbnails() {
-    testing::TemporaryFolder const folder;
-    auto const photos = makePhotos(folder);
-    auto& platform = Platform::current();
-    auto const store = (folder / "ours").string();
-    auto const otherStore = (folder / "plain").string();
-    std::string const theirStore = std::string(std::getenv("XDG_CACHE_HOME")) + "/thumbnails";
-    ThumbnailService service(platform.mainQueue, platform.typeCatalog,
-                             {.storeFolder = store, .renderer = {}});
-    Tumbler tumbler;
-    if (!tumbler.isThere())
-        std::fprintf(stderr, "tumblerd is not installed and left out\n");
+    bool photos() {
+        auto const files = makePhotos(m_folder);
+        auto service = makeService({});
+        std::vector<Contender> const plain{{"QImageReader, one by one", emptied(m_plainStore, [&] {
+                                                return makeOneByOne(files.paths, m_plainStore);
+                                            })}};
+        auto const task = std::to_string(photoCount) + " photos of 6 megapixels, thumbnails ";
+        return compareBoth(task, files, *service, plain, false, rounds);
+    }
+    /// Photos upright and turned, documents, texts, drawings, fonts, and damaged ones of each.
+    bool mixed() {
+        auto const files = makeMixed(m_folder);
+        auto service = makeService(TALIRO_RENDERER);
+        auto const task = std::to_string(mixedCount) + " files of all kinds, thumbnails ";
+        return compareBoth(task, files, *service, {}, true, mixedRounds);
+    }
 
-    auto const emptied = [](std::string const& folder, auto const& make) {
-        return [folder, make] {
+private:
+    std::unique_ptr<ThumbnailService> makeService(std::string renderer) {
+        auto& platform = Platform::current();
+        return std::make_unique<ThumbnailService>(platform.mainQueue, platform.typeCatalog,
+                                                  ThumbnailService::Options{.storeFolder = m_ownStore,
+                                                                            .renderer = std::move(renderer),
+                                                                            .limit = mixedCount});
+    }
+    static std::function<std::size_t()> emptied(std::string const& folder,
+                                                std::function<std::size_t()> make) {
+        return [folder, make = std::move(make)] {
             std::filesystem::remove_all(folder);
             return make();
         };
-    };
-    auto const ours = [&] { return makeAll(service, photos); };
-    auto const plain = [&] { return makeOneByOne(photos, otherStore); };
-    auto const theirs = [&] { return tumbler.makeAll(photos); };
-    // It says only that they are there; who shows them reads them.
-    auto const theirsRead = [&] {
-        tumbler.makeAll(photos);
-        return readAll(photos, theirStore);
-    };
-
-    std::vector<Contender> cold{{"QImageReader, one by one", emptied(otherStore, plain)}};
-    std::vector<Contender> warm;
-    if (tumbler.isThere()) {
-        cold.push_back({"tumblerd, Thunar's", emptied(theirStore, theirs)});
-        warm.push_back({"tumblerd, Thunar's", theirsRead});
     }
-    auto const task = std::to_string(photoCount) + " photos of 6 megapixels, thumbnails ";
-    return compare(task + "made", {"ours", emptied(store, ours)}, cold) &&
-           (warm.empty() || compare(task + "kept", {"ours", ours}, warm));
+    /// Made for an empty store, and then as they are kept.
+    bool compareBoth(std::string const& task, Files const& files, ThumbnailService& service,
+                     std::vector<Contender> cold, bool theyDoLess, int rounds) {
+        auto const ours = [&] { return makeAll(service, files.paths); };
+        auto const theirs = [&] { return m_tumbler.makeAll(files); };
+        // It says only that they are there; who shows them reads them.
+        auto const theirsRead = [&] {
+            m_tumbler.makeAll(files);
+            return readAll(files.paths, m_theirStore);
+        };
+        std::vector<Contender> warm;
+        if (m_tumbler.isThere()) {
+            cold.push_back({"tumblerd, Thunar's", emptied(m_theirStore, theirs), {}, theyDoLess});
+            warm.push_back({"tumblerd, Thunar's", theirsRead, {}, theyDoLess});
+        }
+        return (cold.empty() || compare(task + "made", {"ours", emptied(m_ownStore, ours)}, cold, rounds)) &&
+               (warm.empty() || compare(task + "kept", {"ours", ours}, warm, rounds));
+    }
+
+    testing::TemporaryFolder m_folder;
+    std::string m_ownStore = (m_folder / "ours").string();
+    std::string m_plainStore = (m_folder / "plain").string();
+    std::string m_theirStore = std::string(std::getenv("XDG_CACHE_HOME")) + "/thumbnails";
+    Tumbler m_tumbler;
+};
+
+} // namespace
+
+bool measureThumbnails() {
+    return Measurement().photos() && Measurement().mixed();
 }
 
 } // namespace taliro::bench

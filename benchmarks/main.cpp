@@ -2,38 +2,60 @@
 // Arguments choose subjects; without any, all are measured.
 
 #include "Comparison.h"
+#include "Samples.h"
+#include "Seat.h"
 
 #include "platform/linux/LinuxPlatform.h"
-#include "support/TemporaryFolder.h"
+#include "support/PrivateBus.h"
+#include "views/Theme.h"
 
-#include <QGuiApplication>
+#include <QApplication>
+
 #include <algorithm>
-
 #include <clocale>
+#include <cstdio>
+#include <functional>
 #include <string_view>
 #include <vector>
 
 int main(int argc, char** argv) {
     using namespace taliro;
-    // Nothing of the user's own is read or written, and no display is needed.
+    // Nothing of the user's own is read or written.
     testing::TemporaryFolder const home;
+    bench::Seat seat(home);
+    if (!bench::makeSampleHome(home.path()) || !seat.start()) {
+        std::fprintf(stderr, "No virtual screen to measure on\n");
+        return 1;
+    }
     for (auto const* variable :
-         {"HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
+         {"HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_RUNTIME_DIR"})
         qputenv(variable, home.path().c_str());
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("DISPLAY", seat.environment().at("DISPLAY").c_str());
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    // The bus at the seat is for the programs that are measured.
+    if (!testing::PrivateBus::shared().isRunning())
+        std::fprintf(stderr, "No session bus\n");
     std::setlocale(LC_ALL, "");
-    QGuiApplication application(argc, argv);
+    QApplication application(argc, argv);
+    application.setQuitOnLastWindowClosed(false);
     LinuxPlatform services({QStringLiteral("0"), QString()});
     Platform::install(services.platform);
+    Theme::current().install(application);
 
     struct Subject {
         std::string_view name;
-        bool (*measure)();
+        std::function<bool()> measure;
     };
-    constexpr Subject subjects[]{
-        {"listing", bench::measureListing},          {"hotkey", bench::measureHotkey},
-        {"recent-files", bench::measureRecentFiles}, {"thumbnails", bench::measureThumbnails},
+    Subject const subjects[]{
+        {"start", [&] { return bench::measureStart(seat); }},
+        {"large-folder", [&] { return bench::measureLargeFolder(seat); }},
+        {"hotkey", [&] { return bench::measureHotkey(seat); }},
+        {"idling", [&] { return bench::measureIdling(seat); }},
+        {"views", bench::measureViews},
+        {"completion", bench::measureCompletion},
+        {"listing", bench::measureListing},
+        {"recent-files", bench::measureRecentFiles},
+        {"thumbnails", bench::measureThumbnails},
         {"copying", bench::measureCopying},
     };
     std::vector<std::string_view> const wanted(argv + 1, argv + argc);

@@ -7,7 +7,7 @@ endif()
 
 # All that build/<preset>/bundle holds.
 add_custom_target(bundle)
-add_dependencies(bundle Taliro taliro taliro-renderer)
+add_dependencies(bundle Taliro taliro taliro-renderer taliro-player)
 
 set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
@@ -16,7 +16,7 @@ set(made ${CMAKE_BINARY_DIR}/resources)
 set(id com.taliro.Taliro)
 
 install(TARGETS Taliro RUNTIME DESTINATION lib/taliro)
-install(TARGETS taliro taliro-renderer RUNTIME DESTINATION lib/taliro/Resources)
+install(TARGETS taliro taliro-renderer taliro-player RUNTIME DESTINATION lib/taliro/Resources)
 
 function(install_link name target)
     install(CODE "

@@ -24,7 +24,8 @@ set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS OFF)
 # What is loaded while running, and so not found by looking at the programs.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-qpa-plugins, shared-mime-info")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
-    "adwaita-icon-theme, dbus-user-session, fonts-inter, udisks2, xdg-desktop-portal, xdg-utils")
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS "ffmpegthumbnailer, pkexec")
+    "adwaita-icon-theme, dbus-user-session, fonts-inter, gstreamer1.0-plugins-base, gstreamer1.0-plugins-good, \
+gstreamer1.0-pulseaudio, qt6-image-formats-plugins, udisks2, xdg-desktop-portal, xdg-utils")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "ffmpegthumbnailer, gstreamer1.0-libav, pkexec")
 
 include(CPack)

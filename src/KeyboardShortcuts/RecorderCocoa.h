@@ -66,8 +66,8 @@ private:
     KeyboardShortcuts& m_shortcuts;
     Alerts& m_alerts;
     Name m_name;
+    bool m_isRecording = false; ///< read as soon as there are children
     ToolButton* m_cancelButton;
-    bool m_isRecording = false;
     std::vector<Subscription> m_subscriptions;
 };
 

@@ -97,6 +97,7 @@ private:
     WorkItem m_firstPresentation; ///< while it waits for the status item
     bool m_dragInFlight = false;
     std::chrono::milliseconds m_closedByClickAt{-1'000'000};
+    std::chrono::milliseconds m_swappedAt{-1'000'000}; ///< when the popover took the panel's place
 };
 
 } // namespace taliro

@@ -53,6 +53,7 @@ void AppDelegate::swapPresentation() {
         if (m_panel)
             m_panel->hide();
         showPopover();
+        m_swappedAt = m_platform.mainQueue.now();
     } else {
         if (m_popover)
             m_popover->hide();
@@ -171,6 +172,10 @@ void AppDelegate::handleOutsideClick(Point position) {
             return;
         // The status item belongs to the tray's program; its click toggles.
         if (guard->m_statusItem->contains(position) || isOverPreferences(position))
+            return;
+        // The other press of a double click on the button that brought the popover.
+        std::chrono::milliseconds const doubleClick(QApplication::doubleClickInterval());
+        if (guard->m_platform.mainQueue.now() - guard->m_swappedAt < doubleClick)
             return;
         guard->m_popover->hide();
         guard->m_closedByClickAt = guard->m_platform.mainQueue.now();

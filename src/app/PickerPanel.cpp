@@ -29,9 +29,9 @@ using namespace std::chrono_literals;
 constexpr char frameKey[] = "TaliroPanel";
 /// While a window is dragged about, its frame is not stored at every step.
 constexpr auto saveDelay = 200ms;
-constexpr int titleBarHeight = 24;
+constexpr int titleBarHeight = 26;
 /// With the thin strip at the browser's top.
-constexpr int titleHeight = 31;
+constexpr int titleHeight = 33;
 
 QRect toQRect(Rect const& rect) {
     return {static_cast<int>(std::lround(rect.x)), static_cast<int>(std::lround(rect.y)),
@@ -80,7 +80,7 @@ void PickerPanel::addTitleBar(MainMenu& menu) {
     auto* bar = new QWidget(this);
     bar->setFixedHeight(titleBarHeight);
     auto* row = new QHBoxLayout(bar);
-    row->setContentsMargins(8, 2, 0, 0);
+    row->setContentsMargins(8, 4, 0, 0);
     row->setSpacing(4);
     auto* close = new ToolButton("xmark", tr("Close"), 11, bar);
     close->setFocusPolicy(Qt::NoFocus);

@@ -59,7 +59,8 @@ QPixmap render(double ratio) {
 }
 
 QPixmap const& picture(double ratio) {
-    static std::map<std::pair<bool, double>, QPixmap> rendered;
+    // Never destroyed: pictures mustn't outlive the application.
+    static auto& rendered = *new std::map<std::pair<bool, double>, QPixmap>;
     auto const [found, isNew] = rendered.try_emplace({Theme::current().isDark(), ratio});
     if (isNew)
         found->second = render(ratio);

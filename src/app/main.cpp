@@ -9,10 +9,12 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QTimer>
 
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <malloc.h>
 
 namespace {
 
@@ -38,6 +40,24 @@ void preferX11() {
         ::setenv("QT_QPA_PLATFORM", "xcb;wayland", 1);
 }
 
+/// Looking an icon up in all themes takes a while, and task lists can wait for it until the browser is there.
+void setIconLater(QApplication& application) {
+    using namespace std::chrono_literals;
+    QTimer::singleShot(200ms, &application, [&application] {
+        application.setWindowIcon(
+            QIcon::fromTheme(QStringLiteral("com.taliro.Taliro"), QIcon(":/icons/128.png")));
+    });
+}
+
+/// What a large folder took and nothing uses any more goes back to the system while nobody waits for us.
+void giveMemoryBackWhenLeft(QApplication& application) {
+    QObject::connect(&application, &QGuiApplication::applicationStateChanged, &application,
+                     [](Qt::ApplicationState state) {
+                         if (state != Qt::ApplicationActive)
+                             ::malloc_trim(0);
+                     });
+}
+
 int run(CommandLine const& commandLine, int argc, char** argv) {
     switch (DBusOpenRequests::handOver(commandLine.urls)) {
     case DBusOpenRequests::HandOver::taken:
@@ -55,8 +75,6 @@ int run(CommandLine const& commandLine, int argc, char** argv) {
     application.setApplicationName(QStringLiteral("Taliro"));
     application.setApplicationVersion(QStringLiteral(TALIRO_VERSION));
     application.setDesktopFileName(QStringLiteral("com.taliro.Taliro"));
-    application.setWindowIcon(
-        QIcon::fromTheme(QStringLiteral("com.taliro.Taliro"), QIcon(":/icons/128.png")));
     application.setQuitOnLastWindowClosed(false);
 
     LinuxPlatform services({QStringLiteral(TALIRO_VERSION), QStringLiteral(TALIRO_UPDATE_FEED)});
@@ -76,9 +94,10 @@ int run(CommandLine const& commandLine, int argc, char** argv) {
     if (!commandLine.urls.empty())
         platform.mainQueue.async([&] { delegate.openURLs(commandLine.urls); });
     delegate.applicationDidFinishLaunching();
+    setIconLater(application);
+    giveMemoryBackWhenLeft(application);
     platform.fileOperations.removeLeftovers();
-    // Everything is stored when it changes, and the shared objects have no order in which to go.
-    std::quick_exit(application.exec());
+    return application.exec();
 }
 
 } // namespace

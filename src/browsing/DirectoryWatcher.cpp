@@ -10,20 +10,25 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Above this, reading the whole folder is quicker than asking for each item.
-constexpr std::size_t mostChanges = 256;
+/// Above this, reading the whole folder is quicker than asking for each item, even where it is large.
+constexpr std::size_t mostChanges = 4096;
+
+bool isMissing(std::errc error) {
+    return error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory;
+}
 
 } // namespace
 
 DirectoryWatcher::DirectoryWatcher(Platform& platform)
-    : m_events(platform.directoryEvents), m_queue(platform.mainQueue) {
+    : DirectoryWatcher(platform.directoryEvents, platform.mainQueue) {}
+
+DirectoryWatcher::DirectoryWatcher(DirectoryEvents& events, MainQueue& queue)
+    : m_events(events), m_queue(queue) {
     m_manualRefresh =
         NotificationCenter::standard().observe(taliroFolderDidChange, [this](Notification const& change) {
             auto const* folder = std::any_cast<Url>(&change.object);
-            if (!folder || !m_watchedURL || folder->standardized() != m_watchedURL->standardized())
-                return;
-            forgetChanges();
-            bump();
+            if (folder && m_watchedURL && folder->standardized() == m_watchedURL->standardized())
+                announced();
         });
 }
 
@@ -38,20 +43,70 @@ void DirectoryWatcher::watch(Url const& url) {
         return;
     stop();
     m_watchedURL = url;
-    auto source = m_events.watch(url, [this](auto const& changed) {
-        note(changed);
-        coalesceAndBump();
-    });
-    if (!source)
-        return;
-    m_source = std::move(*source);
-    m_changesKnownSince = tick.get();
+    attach();
+    if (m_source)
+        m_changesKnownSince = tick.get();
 }
 
 void DirectoryWatcher::stop() {
     m_source.reset();
+    m_sourceAbove.reset();
+    m_above.reset();
     m_watchedURL.reset();
     forgetChanges();
+}
+
+/// Listens to what is at the path now; whether that is another folder than before, or none.
+bool DirectoryWatcher::attach() {
+    std::optional<Url> before;
+    do { // Until nothing on the way to the folder appeared meanwhile.
+        before = m_above;
+        attachAbove();
+    } while (m_above != before);
+    auto const identity = [this] { return m_source ? std::optional(m_source->identity()) : std::nullopt; };
+    auto const known = identity();
+    auto source = m_events.watch(*m_watchedURL, [this](auto const& changed) { folderChanged(changed); });
+    m_source = source ? std::move(*source) : nullptr;
+    return identity() != known;
+}
+
+/// A folder that some program stands in doesn't tell of its own removal; the one above it does.
+void DirectoryWatcher::attachAbove() {
+    for (auto below = *m_watchedURL; below.path() != "/";) {
+        auto above = below.deletingLastPathComponent();
+        auto source = m_events.watch(above, [this, name = below.lastPathComponent()](auto const& changed) {
+            if (!changed || std::ranges::find(*changed, name) != changed->end())
+                checkPlace();
+        });
+        if (source || !isMissing(source.error())) {
+            m_above = std::move(above);
+            m_sourceAbove = source ? std::move(*source) : nullptr;
+            return;
+        }
+        below = std::move(above);
+    }
+}
+
+void DirectoryWatcher::checkPlace() {
+    if (!attach())
+        return;
+    forgetChanges();
+    coalesceAndBump();
+}
+
+void DirectoryWatcher::folderChanged(DirectoryEvents::Changed const& changed) {
+    if (!changed) // It is about the folder itself: another may be in its place by now.
+        attach();
+    note(changed);
+    coalesceAndBump();
+}
+
+/// The system knows already what the application did.
+void DirectoryWatcher::announced() {
+    m_events.deliverPending();
+    if (!isLive())
+        forgetChanges();
+    bump();
 }
 
 void DirectoryWatcher::note(DirectoryEvents::Changed const& changed) {

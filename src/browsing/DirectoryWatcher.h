@@ -19,9 +19,11 @@ struct Platform;
 inline constexpr char taliroFolderDidChange[] = "com.taliro.folderDidChange";
 
 /// Watches one folder and counts its changes. A burst within 30 ms counts twice: at its start and when the 30
-/// ms are over. Changes that the application announces by `taliroFolderDidChange` count at once, each.
+/// ms are over. Changes that the application announces by `taliroFolderDidChange` count at once, each. What
+/// is watched is the path: where another folder takes its place, or none does for a while, that is a change.
 class DirectoryWatcher {
 public:
+    DirectoryWatcher(DirectoryEvents& events, MainQueue& queue);
     explicit DirectoryWatcher(Platform& platform);
     static DirectoryWatcher& shared();
 
@@ -42,6 +44,11 @@ private:
         std::string name;
     };
 
+    bool attach();
+    void attachAbove();
+    void folderChanged(DirectoryEvents::Changed const& changed);
+    void checkPlace();
+    void announced();
     void coalesceAndBump();
     void note(DirectoryEvents::Changed const& changed);
     void forgetChanges();
@@ -49,8 +56,11 @@ private:
 
     DirectoryEvents& m_events;
     MainQueue& m_queue;
-    std::unique_ptr<DirectoryEvents::Source> m_source;
     std::optional<Url> m_watchedURL;
+    std::unique_ptr<DirectoryEvents::Source>
+        m_source;               ///< none where the folder isn't there or can't be watched
+    std::optional<Url> m_above; ///< the nearest folder there is that leads to it
+    std::unique_ptr<DirectoryEvents::Source> m_sourceAbove;
     WorkItem m_coalesceWindow;
     bool m_moreEventsDuringWindow = false;
     std::vector<Change> m_changes;

@@ -28,7 +28,7 @@ bool FolderRows::takeInChanges() {
         return false;
     auto const changed = m_watcher.changedSince(m_tick);
     bool const mostlyUnused = m_listing->slots() > 2 * m_listing->size() + 1000;
-    if (!changed || mostlyUnused)
+    if (!changed || mostlyUnused || changed->size() > 256 + m_listing->size() / 16)
         return false;
     m_tick = m_watcher.tick.get();
     m_listing->update(*changed, DirectoryLoader::list(m_platform, *m_folder, *changed));

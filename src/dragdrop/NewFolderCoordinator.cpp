@@ -33,8 +33,9 @@ NewFolderCoordinator::NewFolderCoordinator(Platform& platform, BrowserState& bro
     : m_platform(platform), m_browser(browser), m_progress(progress) {}
 
 NewFolderCoordinator& NewFolderCoordinator::shared() {
-    static NewFolderCoordinator coordinator(Platform::current(), BrowserState::shared(),
-                                            ProgressCenter::shared());
+    // Never destroyed: what it stands on goes before any static object does.
+    static auto& coordinator =
+        *new NewFolderCoordinator(Platform::current(), BrowserState::shared(), ProgressCenter::shared());
     return coordinator;
 }
 

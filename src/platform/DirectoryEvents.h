@@ -18,6 +18,8 @@ public:
     class Source {
     public:
         virtual ~Source() = default; ///< ends the watch
+        /// The same for two watches of one folder, whatever its path; another for a folder in its place.
+        virtual int identity() const = 0;
     };
     /// Names of the items that changed; nothing where all may have, as when events were lost.
     using Changed = std::optional<std::vector<std::string>>;
@@ -27,6 +29,8 @@ public:
     /// goes or events were lost. Fails where the folder can't be watched.
     virtual std::expected<std::unique_ptr<Source>, std::errc>
     watch(Url const& folder, std::function<void(Changed const&)> onEvent) = 0;
+    /// Tells at once of what happened until now, rather than in a later turn.
+    virtual void deliverPending() = 0;
 };
 
 } // namespace taliro

@@ -3,9 +3,11 @@
 #include "foundation/Subscription.h"
 #include "foundation/Url.h"
 #include "platform/Picture.h"
+#include "platform/Playback.h"
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -13,7 +15,7 @@
 namespace taliro {
 
 /// How a file is best shown large.
-enum class PreviewKind { image, pages, text, markdown, folder, archive, media, other };
+enum class PreviewKind { image, pages, text, markdown, folder, archive, sound, film, other };
 
 struct PageRequest {
     Url file;
@@ -63,6 +65,9 @@ public:
     /// `update` is called several times a second while counting and once when `finished`.
     [[nodiscard]] virtual Subscription summary(Url const& folderOrArchive,
                                                std::function<void(ContentSummary const&)> update) = 0;
+    /// Plays a sound or a film, its pictures shrunk to `width` and `height` pixels.
+    [[nodiscard]] virtual std::unique_ptr<Playback> playback(Url const& file, int width, int height,
+                                                             PlaybackEvents events) = 0;
 };
 
 } // namespace taliro

@@ -46,7 +46,7 @@ public:
     virtual ~Screens() = default;
     virtual std::vector<ScreenInfo> all() = 0; ///< empty where there is none
     virtual Point mouseLocation() = 0;
-    /// A screen came, went, or changed its size.
+    /// A screen came, went, became the main one, or changed its size.
     [[nodiscard]] virtual Subscription observeChanges(std::function<void()> observer) = 0;
 };
 

@@ -59,7 +59,8 @@ protected:
 } // namespace
 
 PreferencesWindowController& PreferencesWindowController::shared() {
-    static PreferencesWindowController controller;
+    // Never destroyed: the window goes with the application.
+    static auto& controller = *new PreferencesWindowController;
     return controller;
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/AppSettings.h"
 #include "browsing/RecentsStore.h"
+#include "dragdrop/FileDropTarget.h"
 #include "dragdrop/NewFolderCoordinator.h"
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
@@ -20,10 +21,8 @@
 #include "views/Theme.h"
 #include "views/ToolButton.h"
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QTimer>
@@ -63,15 +62,10 @@ protected:
 
 FileBrowserView::FileBrowserView(Platform& platform, BrowserState& state, DirectoryWatcher& watcher,
                                  AppSettings& settings, QWidget* parent)
-    : QWidget(parent),
-      m_platform(platform),
-      m_state(state),
-      m_watcher(watcher),
-      m_recents(RecentsStore::shared()),
+    : BrowserLayout(platform, state, watcher, parent),
       m_rows(platform, state, watcher, m_recents.entries),
       m_goToPath(platform, state),
       m_showInspector(platform.userDefaults.boolean(showInspectorKey, true)),
-      m_refresher(platform.mainQueue, [this] { refresh(); }),
       m_pathRefresher(platform.mainQueue, [this] { refreshPathRow(); }) {
     auto* rows = tightLayout<QVBoxLayout>(this);
     rows->addWidget(buildMain(settings), 1);
@@ -123,6 +117,11 @@ QWidget* FileBrowserView::buildPathRow() {
         else
             m_state.selectSingle(url);
     };
+    m_pathBar->onComponentMade = [this](QWidget& component, Url const& url) {
+        if (url.hasDirectoryPath())
+            attachFolderDrop(
+                component, [url] { return url; }, m_state, m_platform);
+    };
     m_smartFolder = new SmartFolderLabel(row);
     layout->addWidget(m_pathBar, 1);
     layout->addWidget(m_smartFolder, 1);
@@ -145,18 +144,9 @@ void FileBrowserView::buildCommands() {
 }
 
 void FileBrowserView::observe() {
-    m_onLocation = m_state.currentURL.observe([this](Url const& location) {
-        if (isVisible())
-            locationChanged(location);
-    });
     m_onShowInspector = m_showInspector.observe([this](bool show) { toggleInspector(show); });
-    m_refresher.dependOn(m_state.currentURL);
     m_refresher.dependOn(m_state.viewMode);
     m_refresher.dependOn(m_state.searchText);
-    m_refresher.dependOn(m_state.sortKey);
-    m_refresher.dependOn(m_state.sortAscending);
-    m_refresher.dependOn(m_watcher.tick);
-    m_refresher.dependOn(m_recents.entries);
     m_pathRefresher.dependOn(m_state.selection);
     connect(m_toolbar, &BrowserToolbar::focusFreed, this, [this] { focusContent(); });
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
@@ -167,23 +157,6 @@ void FileBrowserView::observe() {
                     focusContent();
             });
     });
-}
-
-void FileBrowserView::locationChanged(Url const& location) {
-    if (location == SmartFolders::recents()) {
-        m_watcher.stop();
-        m_recents.start();
-    } else {
-        m_watcher.watch(location);
-    }
-}
-
-void FileBrowserView::showEvent(QShowEvent* event) {
-    QWidget::showEvent(event);
-    locationChanged(m_state.currentURL.get());
-    refresh();
-    if (!isEditingText(QApplication::focusWidget()))
-        focusContent();
 }
 
 FileBrowserView::Content FileBrowserView::wantedContent() const {
@@ -200,9 +173,7 @@ FileBrowserView::Content FileBrowserView::wantedContent() const {
     return Content::list;
 }
 
-void FileBrowserView::refresh() {
-    if (!isVisible())
-        return; // Made up for when shown.
+void FileBrowserView::showRows() {
     showContent(wantedContent());
     bool const sameLocation = m_shownLocation == m_state.currentURL.get();
     m_shownLocation = m_state.currentURL.get();
@@ -300,20 +271,6 @@ bool FileBrowserView::contentHandlesKey(QKeyEvent const& event) {
     if (m_grid)
         return m_grid->handleKey(event);
     return m_columns && m_columns->handleKey(event);
-}
-
-/// Keys that the widget with the focus has no use for come here.
-void FileBrowserView::keyPressEvent(QKeyEvent* event) {
-    auto* focus = QApplication::focusWidget();
-    bool const isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (auto* button = qobject_cast<QAbstractButton*>(focus); button && isReturn)
-        button->click();
-    else if (isEditingText(focus) || !contentHandlesKey(*event))
-        event->ignore();
-}
-
-void FileBrowserView::paintEvent(QPaintEvent* event) {
-    QPainter(this).fillRect(event->rect(), colors().window);
 }
 
 } // namespace taliro

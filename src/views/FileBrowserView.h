@@ -3,10 +3,9 @@
 #include "browsing/GoToPath.h"
 #include "browsing/Rows.h"
 #include "dragdrop/ItemViewDragDrop.h"
-#include "foundation/Refresher.h"
+#include "views/BrowserLayout.h"
 
 #include <QPointer>
-#include <QWidget>
 
 class QHBoxLayout;
 class QLabel;
@@ -20,25 +19,20 @@ class ColumnsView;
 class FileListView;
 class IconGridView;
 class PathBar;
-class RecentsStore;
 class SmartFolderLabel;
-struct Platform;
 
 /// The full browser: sidebar, toolbar, the current folder in the current view mode, inspector and path bar.
-class FileBrowserView : public QWidget {
+class FileBrowserView : public BrowserLayout {
 public:
     FileBrowserView(Platform& platform, BrowserState& state, DirectoryWatcher& watcher, AppSettings& settings,
                     QWidget* parent = nullptr);
 
     void openGoToPath();
-    /// Gives the keyboard to the rows.
-    void focusContent();
+    void focusContent() override;
 
 protected:
-    void showEvent(QShowEvent* event) override;
-    void focusInEvent(QFocusEvent*) override { focusContent(); }
-    void keyPressEvent(QKeyEvent* event) override;
-    void paintEvent(QPaintEvent* event) override;
+    void showRows() override;
+    bool contentHandlesKey(QKeyEvent const& event) override;
 
 private:
     enum class Content { icons, list, columns };
@@ -47,8 +41,6 @@ private:
     QWidget* buildPathRow();
     void buildCommands();
     void observe();
-    void locationChanged(Url const& location);
-    void refresh();
     Content wantedContent() const;
     void showContent(Content content);
     ItemViewFolder currentFolder();
@@ -56,18 +48,11 @@ private:
     void refreshPathRow();
     void toggleInspector(bool show);
     std::size_t itemCount();
-    bool contentHandlesKey(QKeyEvent const& event);
 
-    Platform& m_platform;
-    BrowserState& m_state;
-    DirectoryWatcher& m_watcher;
-    RecentsStore& m_recents;
     Rows m_rows;
     GoToPath m_goToPath;
     Published<bool> m_showInspector;
-    Refresher m_refresher;
     Refresher m_pathRefresher;
-    Subscription m_onLocation;
     Subscription m_onShowInspector;
 
     BrowserToolbar* m_toolbar = nullptr;

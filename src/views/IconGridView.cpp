@@ -10,7 +10,8 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPointer>
-#include <QTextLayout>
+
+#include <cmath>
 
 namespace taliro {
 
@@ -25,22 +26,25 @@ constexpr int rowPitch = cellSize + rowGap;
 constexpr int imageSize = 64;
 constexpr int nameGap = 4;   ///< between image and name
 constexpr int nameInset = 3; ///< left and right of the name, within its background
+constexpr int nameWidth = cellSize - 2 * nameInset;
+constexpr std::size_t mostNamesKept = 1000;
 
-/// The name broken into at most two lines, the second cut in its middle where it is too long.
-QStringList linesOf(QString const& name, QFontMetrics const& metrics, QFont const& font, int width) {
-    QTextLayout layout(name, font);
-    QTextOption option;
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    layout.setTextOption(option);
+/// Breaks the text into at most two lines; where the second one begins, and how much of the text both hold.
+std::pair<int, int> breakLines(QTextLayout& layout, int lineHeight) {
     layout.beginLayout();
-    auto line = layout.createLine();
-    line.setLineWidth(width);
-    int const firstLength = line.textLength();
+    int second = 0;
+    int end = 0;
+    for (int i = 0; i < 2; ++i) {
+        auto line = layout.createLine();
+        if (!line.isValid())
+            break;
+        line.setLineWidth(nameWidth);
+        line.setPosition({0, static_cast<qreal>(i * lineHeight)});
+        second = line.textStart();
+        end = second + line.textLength();
+    }
     layout.endLayout();
-    if (firstLength >= name.size())
-        return {name};
-    return {name.left(firstLength).trimmed(),
-            metrics.elidedText(name.mid(firstLength).trimmed(), Qt::ElideMiddle, width)};
+    return {second, end};
 }
 
 } // namespace
@@ -111,7 +115,7 @@ std::optional<Url> const& IconGridView::alsoSelected() const {
 void IconGridView::paintCell(QPainter& painter, QRect const& cell, FileEntry const& entry, bool selected) {
     QRect const image(cell.left() + (cell.width() - imageSize) / 2, cell.top(), imageSize, imageSize);
     paintImage(painter, image, entry);
-    paintName(painter, cell, entry, selected);
+    paintName(painter, cell, nameOf(entry), selected);
 }
 
 /// The file's thumbnail, once there is one; a folder has none.
@@ -125,51 +129,74 @@ void IconGridView::paintImage(QPainter& painter, QRect const& box, FileEntry con
         if (!entry.isDirectory)
             thumbnails.load(entry.url, imageSize, [view = QPointer(this), url = entry.url](Picture const&) {
                 if (view)
-                    view->viewport()->update(view->rectOf(url));
+                    view->updateItem(url);
             });
         return;
     }
+    // On whole points, where an image that needs no scaling is merely copied.
     auto const image = toImage(*known);
-    QRectF target(QPointF(), QSizeF(image.size()).scaled(box.size(), Qt::KeepAspectRatio));
-    target.moveCenter(QRectF(box).center());
+    QRect target(QPoint(), image.size().scaled(box.size(), Qt::KeepAspectRatio).expandedTo({1, 1}));
+    target.moveCenter(box.center());
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawImage(target, image);
-    strokeRounded(painter, target, 0, colors().line); // A white page would be lost on a white ground.
+    painter.setPen(colors().line); // A white page would be lost on a white ground.
+    painter.setBrush(Qt::NoBrush);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.drawRect(target.adjusted(0, 0, -1, -1));
+    painter.setRenderHint(QPainter::Antialiasing);
 }
 
 /// What was scrolled past needs no thumbnail any more.
 void IconGridView::scrollContentsBy(int dx, int dy) {
     ItemView::scrollContentsBy(dx, dy);
     std::unordered_set<Url> visible;
-    auto const [first, last] = rowsBetween(verticalOffset(), verticalOffset() + viewport()->height());
+    auto const [first, last] = visibleRows();
     for (int row = first; row < last; ++row)
         visible.insert(rows()[static_cast<std::size_t>(row)].url);
     ThumbnailCache::shared().cancelExcept(visible);
 }
 
-void IconGridView::paintName(QPainter& painter, QRect const& cell, FileEntry const& entry,
-                             bool selected) const {
-    auto const lines = linesOf(shownName(entry), fontMetrics(), font(), cell.width() - 2 * nameInset);
-    int const height = fontMetrics().height();
-    int width = 0;
-    for (auto const& line : lines)
-        width = std::max(width, fontMetrics().horizontalAdvance(line));
-    QRect box(0, cell.top() + imageSize + nameGap, width + 2 * nameInset,
-              static_cast<int>(lines.size()) * height + 2);
-    box.moveLeft(cell.left() + (cell.width() - box.width()) / 2);
-    if (selected)
-        fillRounded(painter, box, 4, colors().accent);
-    painter.setFont(font());
-    painter.setPen(selected ? colors().onAccent : colors().text1);
-    for (int i = 0; i < lines.size(); ++i)
-        painter.drawText(QRect(cell.left(), box.top() + 1 + i * height, cell.width(), height),
-                         Qt::AlignCenter | Qt::TextSingleLine, lines[i]);
+IconGridView::Name const& IconGridView::nameOf(FileEntry const& entry) const {
+    if (m_names.size() > mostNamesKept)
+        m_names.clear();
+    auto const [found, isNew] = m_names.try_emplace(std::string(entry.nameView()));
+    auto& name = found->second;
+    if (!isNew)
+        return name;
+    auto const text = shownName(entry);
+    name.layout = std::make_unique<QTextLayout>(text, font());
+    name.layout->setCacheEnabled(true);
+    QTextOption option(Qt::AlignHCenter);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    name.layout->setTextOption(option);
+    auto const [second, end] = breakLines(*name.layout, fontMetrics().height());
+    name.isCut = end < text.size();
+    if (name.isCut) { // In its middle: the end tells as much as the beginning.
+        name.layout->setText(text.left(second).trimmed() + QChar::LineSeparator +
+                             fontMetrics().elidedText(text.mid(second), Qt::ElideMiddle, nameWidth));
+        breakLines(*name.layout, fontMetrics().height());
+    }
+    return name;
 }
 
-bool IconGridView::isCut(QRect const& cell, FileEntry const& entry) const {
-    auto const name = shownName(entry);
-    return linesOf(name, fontMetrics(), font(), cell.width() - 2 * nameInset).back().contains(u'…') &&
-           !name.contains(u'…');
+void IconGridView::paintName(QPainter& painter, QRect const& cell, Name const& name, bool selected) const {
+    auto const& layout = *name.layout;
+    QPointF const origin(cell.left() + nameInset, cell.top() + imageSize + nameGap + 1);
+    if (selected) {
+        qreal width = 0;
+        for (int i = 0; i < layout.lineCount(); ++i)
+            width = std::max(width, layout.lineAt(i).naturalTextWidth());
+        QRectF box(0, origin.y() - 1, std::ceil(width) + 2 * nameInset,
+                   layout.lineCount() * fontMetrics().height() + 2);
+        box.moveLeft(cell.left() + (cell.width() - box.width()) / 2);
+        fillRounded(painter, box, 4, colors().accent);
+    }
+    painter.setPen(selected ? colors().onAccent : colors().text1);
+    layout.draw(&painter, origin);
+}
+
+bool IconGridView::isCut(QRect const&, FileEntry const& entry) const {
+    return nameOf(entry).isCut;
 }
 
 /// Where a key leads: left and right in reading order, up and down by a line.

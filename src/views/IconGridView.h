@@ -3,6 +3,12 @@
 #include "views/BrowserKeys.h"
 #include "views/ItemView.h"
 
+#include <QTextLayout>
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+
 namespace taliro {
 
 /// The rows of the current location as a grid of large icons with names.
@@ -27,13 +33,21 @@ protected:
     void scrollContentsBy(int dx, int dy) override;
 
 private:
+    /// A name broken into at most two lines, ready to be painted.
+    struct Name {
+        std::unique_ptr<QTextLayout> layout;
+        bool isCut = false;
+    };
     void recomputeColumns(int width);
+    Name const& nameOf(FileEntry const& entry) const;
     void paintImage(QPainter& painter, QRect const& box, FileEntry const& entry);
-    void paintName(QPainter& painter, QRect const& cell, FileEntry const& entry, bool selected) const;
+    void paintName(QPainter& painter, QRect const& cell, Name const& name, bool selected) const;
     std::optional<std::size_t> targetOf(QKeyEvent const& event) const;
 
     BrowserKeys m_keys;
     int m_gridColumns = 1;
+    /// What was shown last: to break a name takes longer than to paint it.
+    mutable std::unordered_map<std::string, Name> m_names;
 };
 
 } // namespace taliro

@@ -4,7 +4,6 @@
 #include "views/Drawing.h"
 #include "views/Names.h"
 #include "views/RowModel.h"
-#include "views/Theme.h"
 
 #include <QContextMenuEvent>
 #include <QHelpEvent>
@@ -82,6 +81,17 @@ QRect ItemView::rectOf(Url const& url) const {
         return {};
     m_rowGuess = *row;
     return cellRect(static_cast<int>(*row)).translated(0, -verticalOffset());
+}
+
+std::pair<int, int> ItemView::visibleRows(int beyond) const {
+    return rowsBetween(verticalOffset() - beyond, verticalOffset() + viewport()->height() + beyond);
+}
+
+void ItemView::updateItem(Url const& url) {
+    auto const [first, last] = visibleRows();
+    for (int row = first; row < last; ++row)
+        if (rows()[static_cast<std::size_t>(row)].url == url)
+            viewport()->update(cellRect(row).translated(0, -verticalOffset()));
 }
 
 void ItemView::setDropHighlight(std::optional<Url> url) {
@@ -210,7 +220,7 @@ QRegion ItemView::visualRegionForSelection(QItemSelection const&) const {
 
 void ItemView::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
-    painter.fillRect(event->rect(), colors().content);
+    painter.fillRect(event->rect(), colors().*ground());
     painter.setRenderHint(QPainter::Antialiasing);
     auto const [first, last] =
         rowsBetween(event->rect().top() + verticalOffset(), event->rect().bottom() + verticalOffset());

@@ -3,6 +3,7 @@
 #include "browsing/BrowserState.h"
 #include "browsing/Listing.h"
 #include "foundation/Refresher.h"
+#include "views/Theme.h"
 
 #include <QListView>
 #include <QPropertyAnimation>
@@ -63,6 +64,8 @@ protected:
     virtual std::pair<int, int> rowsBetween(int /*top*/, int /*bottom*/) const { return {0, 0}; }
     virtual int scrollStep() const { return 1; }
 
+    virtual ColorRole ground() const { return &Colors::content; }
+
     virtual void paintCell(QPainter& painter, QRect const& cell, FileEntry const& entry, bool selected) = 0;
     /// Whether the name in `cell` is cut off, so that a tooltip is of use.
     virtual bool isCut(QRect const& cell, FileEntry const& entry) const = 0;
@@ -72,6 +75,11 @@ protected:
     /// How a newly selected row comes into sight.
     virtual void revealSelection(Url const& url) { reveal(url, Place::nearest); }
     void showSelection();
+
+    /// First and one past the last row in sight, or no further than `beyond` points from it.
+    std::pair<int, int> visibleRows(int beyond = 0) const;
+    /// Paints the item anew, if it is in sight: looks no further than that.
+    void updateItem(Url const& url);
 
     int rowCount() const { return static_cast<int>(rows().size()); }
     BrowserState& state() const { return m_state; }

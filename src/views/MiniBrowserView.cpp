@@ -13,12 +13,10 @@
 #include "views/Symbols.h"
 #include "views/ToolButton.h"
 
-#include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
-#include <QPainter>
 
 namespace taliro {
 
@@ -28,15 +26,10 @@ constexpr int headerHeight = 34;
 
 MiniBrowserView::MiniBrowserView(Platform& platform, BrowserState& state, DirectoryWatcher& watcher,
                                  AppSettings&, QWidget* parent)
-    : QWidget(parent),
-      m_platform(platform),
-      m_state(state),
-      m_watcher(watcher),
-      m_recents(RecentsStore::shared()),
+    : BrowserLayout(platform, state, watcher, parent),
       m_favorites(FavoritesStore::shared()),
       m_rows(platform, watcher),
-      m_keys(platform, state),
-      m_refresher(platform.mainQueue, [this] { refresh(); }) {
+      m_keys(platform, state) {
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins({});
     column->setSpacing(0);
@@ -50,7 +43,7 @@ MiniBrowserView::MiniBrowserView(Platform& platform, BrowserState& state, Direct
     m_empty->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_empty->hide();
     makeCommands();
-    observe();
+    m_refresher.dependOn(m_favorites.items);
 }
 
 QWidget* MiniBrowserView::makeHeader() {
@@ -101,28 +94,6 @@ void MiniBrowserView::makeCommands() {
                    m_state, m_platform);
 }
 
-void MiniBrowserView::observe() {
-    m_onLocation = m_state.currentURL.observe([this](Url const& location) {
-        if (isVisible())
-            locationChanged(location);
-    });
-    m_refresher.dependOn(m_state.currentURL);
-    m_refresher.dependOn(m_state.sortKey);
-    m_refresher.dependOn(m_state.sortAscending);
-    m_refresher.dependOn(m_watcher.tick);
-    m_refresher.dependOn(m_recents.entries);
-    m_refresher.dependOn(m_favorites.items);
-}
-
-void MiniBrowserView::locationChanged(Url const& location) {
-    if (location == SmartFolders::recents()) {
-        m_watcher.stop();
-        m_recents.start();
-    } else {
-        m_watcher.watch(location);
-    }
-}
-
 RowList MiniBrowserView::entries() {
     auto const& location = m_state.currentURL.get();
     if (location == SmartFolders::recents())
@@ -130,9 +101,7 @@ RowList MiniBrowserView::entries() {
     return m_rows.rows(location, {{}, m_state.sortKey.get(), m_state.sortAscending.get()});
 }
 
-void MiniBrowserView::refresh() {
-    if (!isVisible())
-        return; // Made up for when shown.
+void MiniBrowserView::showRows() {
     auto const& location = m_state.currentURL.get();
     m_list->setRows(entries(), m_listed == location ? ItemView::Scroll::keep : ItemView::Scroll::toTop);
     m_listed = location;
@@ -203,7 +172,7 @@ void MiniBrowserView::goToParent() {
         m_state.navigate(parent);
 }
 
-bool MiniBrowserView::handleKey(QKeyEvent const& event) {
+bool MiniBrowserView::contentHandlesKey(QKeyEvent const& event) {
     if (auto const outcome = m_keys.handle(event); outcome != BrowserKeys::Outcome::unknown)
         return outcome == BrowserKeys::Outcome::consumed;
     switch (event.key()) {
@@ -227,36 +196,19 @@ bool MiniBrowserView::handleKey(QKeyEvent const& event) {
     return found.has_value();
 }
 
-void MiniBrowserView::keyPressEvent(QKeyEvent* event) {
-    auto* const focus = QApplication::focusWidget();
-    bool const isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (auto* const button = qobject_cast<QAbstractButton*>(focus); button && isReturn)
-        button->click();
-    else if (isEditingText(focus) || !handleKey(*event))
-        event->ignore();
-}
-
 void MiniBrowserView::focusContent() {
     m_list->setFocus();
 }
 
 void MiniBrowserView::showEvent(QShowEvent* event) {
-    QWidget::showEvent(event);
-    locationChanged(m_state.currentURL.get());
-    refresh();
+    BrowserLayout::showEvent(event);
     if (auto const selection = m_state.selection.get())
         m_list->reveal(*selection, ItemView::Place::nearest);
-    if (!isEditingText(QApplication::focusWidget()))
-        focusContent();
 }
 
 void MiniBrowserView::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     m_empty->setGeometry(0, headerHeight, width(), height() - headerHeight);
-}
-
-void MiniBrowserView::paintEvent(QPaintEvent* event) {
-    QPainter(this).fillRect(event->rect(), colors().window);
 }
 
 } // namespace taliro

@@ -13,6 +13,8 @@
 #include <QPainter>
 #include <QtMath>
 
+#include <unordered_set>
+
 namespace taliro {
 
 namespace {
@@ -146,14 +148,17 @@ void MiniRowsView::finish(Url const& url, std::optional<Picture> const& picture)
             QPixmap::fromImage(image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
         known.pixmap.setDevicePixelRatio(scale);
     }
-    viewport()->update(rectOf(url));
+    updateItem(url);
 }
 
 void MiniRowsView::forgetDistant() {
     if (m_thumbnails.size() <= mostKept)
         return;
-    auto const visible = viewport()->rect().adjusted(0, -height(), 0, height());
-    std::erase_if(m_thumbnails, [&](auto const& kept) { return !visible.intersects(rectOf(kept.first)); });
+    std::unordered_set<Url> near;
+    auto const [first, last] = visibleRows(height());
+    for (int row = first; row < last; ++row)
+        near.insert(rows()[static_cast<std::size_t>(row)].url);
+    std::erase_if(m_thumbnails, [&](auto const& kept) { return !near.contains(kept.first); });
 }
 
 void MiniRowsView::paintEvent(QPaintEvent* event) {

@@ -26,6 +26,7 @@ protected:
     int contentHeight() const override;
     std::pair<int, int> rowsBetween(int top, int bottom) const override;
     int scrollStep() const override;
+    ColorRole ground() const override { return &Colors::window; }
     void paintCell(QPainter& painter, QRect const& cell, FileEntry const& entry, bool selected) override;
     bool isCut(QRect const& cell, FileEntry const& entry) const override;
 

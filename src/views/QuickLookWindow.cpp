@@ -10,6 +10,7 @@
 #include "platform/Workspace.h"
 #include "views/Drawing.h"
 #include "views/ImagePreview.h"
+#include "views/MediaPreview.h"
 #include "views/Names.h"
 #include "views/PagesPreview.h"
 #include "views/Pictures.h"
@@ -106,19 +107,22 @@ void QuickLookWindow::makeContents() {
     m_image = new ImagePreview(m_contents);
     m_pages = new PagesPreview(m_platform, m_contents);
     m_text = new TextPreviewPane(m_platform, m_contents);
+    m_media = new MediaPreview(m_platform, m_contents);
     m_summary = new SummaryPreview(m_platform, m_contents);
-    for (auto* const pane : std::initializer_list<QWidget*>{m_nothing, m_image, m_pages, m_text, m_summary})
+    for (auto* const pane :
+         std::initializer_list<QWidget*>{m_nothing, m_image, m_pages, m_text, m_media, m_summary})
         m_contents->addWidget(pane);
     connect(m_image, &ImagePreview::needsMore, this, [this] { requestImage(m_image->neededPixels()); });
     connect(m_pages, &PagesPreview::pageShown, this,
             [this](int page, int pages) { setSubtitle(tr("%1 of %2").arg(page).arg(pages)); });
-    connect(m_text, &TextPreviewPane::described, this, [this](QString const& facts) { setSubtitle(facts); });
+    connect(m_text, &TextPreviewPane::described, this, &QuickLookWindow::setSubtitle);
     auto const showFacts = [this] {
         if (m_item)
             showSummary(*m_item, false);
     };
     connect(m_pages, &PagesPreview::failed, this, showFacts);
     connect(m_text, &TextPreviewPane::failed, this, showFacts);
+    connect(m_media, &MediaPreview::failed, this, showFacts);
 }
 
 void QuickLookWindow::clearContents() {
@@ -128,6 +132,7 @@ void QuickLookWindow::clearContents() {
     m_image->clear();
     m_pages->clear();
     m_text->clear();
+    m_media->clear();
     m_summary->clear();
 }
 
@@ -169,7 +174,11 @@ void QuickLookWindow::showContents(Url const& item) {
     case PreviewKind::archive:
         showSummary(isFolder ? item.asDirectory() : item, true);
         break;
-    case PreviewKind::media:
+    case PreviewKind::sound:
+    case PreviewKind::film:
+        m_contents->setCurrentWidget(m_media);
+        m_media->setFile(item, kind == PreviewKind::film);
+        break;
     case PreviewKind::other:
         showSummary(item, false);
         break;
@@ -244,6 +253,8 @@ QSize QuickLookWindow::preferredSize() const {
     auto const* shown = m_contents->currentWidget();
     if (shown == m_summary || shown == m_nothing)
         return summarySize;
+    if (shown == m_media)
+        return m_media->sizeHint();
     if (shown != m_image)
         return textSize;
     auto const pixels = m_item ? m_platform.typeCatalog.pixelSize(*m_item) : PixelSize{};
@@ -337,6 +348,10 @@ bool QuickLookWindow::zoom(QKeyEvent const& event) {
     }
 }
 
+bool QuickLookWindow::play(QKeyEvent const& event) {
+    return m_contents->currentWidget() == m_media && m_media->handleKey(event);
+}
+
 bool QuickLookWindow::forwardToBrowser(QKeyEvent const& event) {
     bool const isArrow = event.key() >= Qt::Key_Left && event.key() <= Qt::Key_Down;
     auto* const target = m_browser ? m_browser->focusWidget() : nullptr;
@@ -354,7 +369,7 @@ void QuickLookWindow::keyPressEvent(QKeyEvent* event) {
         orderOut();
     else if (event->matches(QKeySequence::Copy))
         m_text->copy();
-    else if (!scroll(*event) && !zoom(*event) && !forwardToBrowser(*event))
+    else if (!scroll(*event) && !zoom(*event) && !play(*event) && !forwardToBrowser(*event))
         QWidget::keyPressEvent(event);
 }
 

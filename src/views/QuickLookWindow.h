@@ -13,6 +13,7 @@ class QStackedWidget;
 namespace taliro {
 
 class ImagePreview;
+class MediaPreview;
 class PagesPreview;
 class PushButton;
 class SummaryPreview;
@@ -21,7 +22,8 @@ class ToolButton;
 class WrappedLabel;
 struct Platform;
 
-/// The window that previews one file: pictures, pages, text, and of everything else the facts. Arrow keys
+/// The window that previews one file: pictures, pages, text, sounds and films, and of everything else
+/// the facts. Arrow keys
 /// reach the browser behind it, so that the preview can be led through a folder.
 class QuickLookWindow : public QWidget, public PreviewPanel {
     Q_OBJECT
@@ -59,6 +61,7 @@ private:
     bool forwardToBrowser(QKeyEvent const& event);
     bool scroll(QKeyEvent const& event);
     bool zoom(QKeyEvent const& event);
+    bool play(QKeyEvent const& event);
     QScrollBar* scrollBar() const;
 
     Platform& m_platform;
@@ -76,6 +79,7 @@ private:
     ImagePreview* m_image;
     PagesPreview* m_pages;
     TextPreviewPane* m_text;
+    MediaPreview* m_media;
     SummaryPreview* m_summary;
 
     Subscription m_thumbnailRequest;

@@ -211,6 +211,22 @@ void drawScrollBar(QPainter& painter, QStyleOptionSlider const& bar) {
     fillRounded(painter, slider, width / 2, faded(colors().text1, held ? .55 : over ? .42 : .24));
 }
 
+/// A thin line, stronger up to the knob.
+void drawSlider(QPainter& painter, QStyleOptionSlider const& slider, QRectF const& knob) {
+    constexpr qreal thickness = 3;
+    auto const enabled = bool(slider.state & QStyle::State_Enabled);
+    QRectF line(QPointF(slider.rect.left() + knob.width() / 2, slider.rect.center().y() - thickness / 2 + 1),
+                QSizeF(slider.rect.width() - knob.width(), thickness));
+    fillRounded(painter, line, thickness / 2, faded(colors().text1, enabled ? .16 : .1));
+    if (!enabled)
+        return;
+    line.setRight(knob.center().x());
+    fillRounded(painter, line, thickness / 2, colors().text2);
+    fillRounded(painter, knob, knob.width() / 2, colors().text1);
+    if (slider.state & QStyle::State_HasFocus)
+        drawFocusRing(painter, knob.adjusted(-3, -3, 3, 3), knob.width() / 2 + 3);
+}
+
 } // namespace
 
 Style::Style() : QProxyStyle(QStringLiteral("Fusion")) {}
@@ -279,6 +295,8 @@ int Style::styleHint(StyleHint hint, QStyleOption const* option, QWidget const* 
     case SH_ComboBox_Popup:
     case SH_DialogButtonBox_ButtonsHaveIcons:
         return 0;
+    case SH_Slider_AbsoluteSetButtons:
+        return Qt::LeftButton;
     case SH_DialogButtonLayout:
         return QDialogButtonBox::GnomeLayout;
     case SH_ScrollBar_LeftClickAbsolutePosition:
@@ -447,6 +465,13 @@ void Style::drawComplexControl(ComplexControl control, QStyleOptionComplex const
     if (control == CC_ComboBox) {
         if (auto const* combo = qstyleoption_cast<QStyleOptionComboBox const*>(option))
             drawComboBox(*painter, *combo);
+        return;
+    }
+    if (auto const* slider = qstyleoption_cast<QStyleOptionSlider const*>(option);
+        slider && control == CC_Slider && slider->orientation == Qt::Horizontal) {
+        QRectF knob(0, 0, 11, 11);
+        knob.moveCenter(QRectF(subControlRect(CC_Slider, slider, SC_SliderHandle, widget)).center());
+        drawSlider(*painter, *slider, knob);
         return;
     }
     QProxyStyle::drawComplexControl(control, option, painter, widget);

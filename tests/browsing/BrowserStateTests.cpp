@@ -117,10 +117,10 @@ TEST_F(DirectoryWatcherTest, AnnouncedChangesCountForTheSameFolderHoweverItIsWri
 
 TEST_F(DirectoryWatcherTest, WatchesOneFolderAndOpensItOnce) {
     watcher.watch(place("a"));
+    auto const watches = fake.directoryEvents.watches;
     watcher.watch(place("a"));
-    EXPECT_EQ(fake.directoryEvents.watches, 1);
+    EXPECT_EQ(fake.directoryEvents.watches, watches);
     watcher.watch(place("b"));
-    EXPECT_EQ(fake.directoryEvents.sources.size(), 1u);
     event();
     EXPECT_EQ(watcher.tick.get(), 0) << "that was the folder watched before";
     watcher.stop();
@@ -131,6 +131,41 @@ TEST_F(DirectoryWatcherTest, WatchesOneFolderAndOpensItOnce) {
     EXPECT_FALSE(watcher.isLive());
     NotificationCenter::standard().post(taliroFolderDidChange, place("c"));
     EXPECT_EQ(watcher.tick.get(), 1) << "announced changes count all the same";
+}
+
+TEST_F(DirectoryWatcherTest, FollowsThePathWhereAFolderGoesAndAnotherComes) {
+    auto& system = fake.directoryEvents;
+    watcher.watch(Url::file("/a/b/c"));
+    struct {
+        char const* what;
+        std::set<std::string> missing;
+        int identity; ///< of /a/b/c
+        char const* toldBy;
+        DirectoryEvents::Changed names;
+        int tick;
+        bool isLive;
+    } const steps[]{
+        {"a neighbour", {}, 0, "/a/b", {{"other"}}, 0, true},
+        {"its attributes", {}, 0, "/a/b", {{"c"}}, 0, true},
+        {"gone, though its own watch is silent", {"/a/b/c"}, 0, "/a/b", {{"c"}}, 1, false},
+        {"its parent goes, too", {"/a/b", "/a/b/c"}, 0, "/a/b", std::nullopt, 1, false},
+        {"a neighbour of the parent", {"/a/b", "/a/b/c"}, 0, "/a", {{"bb"}}, 1, false},
+        {"the parent is back", {"/a/b/c"}, 0, "/a", {{"b"}}, 1, false},
+        {"the folder is back", {}, 1, "/a/b", {{"c"}}, 2, true},
+        {"another takes its place at once", {}, 2, "/a/b", {{"c"}}, 3, true},
+    };
+    for (auto const& step : steps) {
+        system.missing = step.missing;
+        system.identities["/a/b/c"] = step.identity;
+        auto const before = watcher.tick.get();
+        system.change(step.toldBy, step.names);
+        fake.mainQueue.advance(100ms);
+        EXPECT_EQ(watcher.tick.get(), step.tick) << step.what;
+        EXPECT_EQ(watcher.isLive(), step.isLive) << step.what;
+        if (watcher.tick.get() > before) {
+            EXPECT_EQ(watcher.changedSince(before), std::nullopt) << step.what;
+        }
+    }
 }
 
 TEST_F(DirectoryWatcherTest, GoingAwayWithinAWindowIsHarmless) {

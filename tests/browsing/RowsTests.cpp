@@ -61,11 +61,23 @@ TEST_F(RowsTest, AChangeReadsTheChangedItemsOnly) {
     EXPECT_EQ(fake.fileManager.listings, 2);
 }
 
-TEST_F(RowsTest, AnAnnouncedChangeReadsTheFolderAnew) {
+TEST_F(RowsTest, AnAnnouncedChangeShowsAtOnceAndCostsWhatChanged) {
     shown();
-    fake.fileManager.addFile("/home/mira/made.txt");
-    NotificationCenter::standard().post(taliroFolderDidChange, Url::file("/home/mira"));
+    auto const announce = [&](std::string const& name) {
+        fake.fileManager.addFile("/home/mira/" + name);
+        fake.directoryEvents.pending["/home/mira"] = {{name}};
+        NotificationCenter::standard().post(taliroFolderDidChange, Url::file("/home/mira"));
+    };
+    announce("made.txt");
     EXPECT_EQ(shown(), "a.txt b.txt c.pdf made.txt ");
+    EXPECT_EQ(fake.fileManager.listings, 1);
+
+    watcher.stop();
+    fake.directoryEvents.fail = true;
+    watcher.watch(home);
+    EXPECT_EQ(fake.fileManager.listings, 1);
+    announce("more.txt");
+    EXPECT_EQ(shown(), "a.txt b.txt c.pdf made.txt more.txt ") << "where the system tells nothing";
     EXPECT_EQ(fake.fileManager.listings, 2);
 }
 

@@ -2,9 +2,13 @@
 
 #include "desktop/Desktop.h"
 
+#include <QCoreApplication>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <thread>
 
 namespace taliro::testing {
 namespace {
@@ -195,6 +199,99 @@ TEST(Browser, ColumnsOpenByKeyboardAndMouse) {
     browser.expectShown("Archive Reports a.txt b.txt c.pdf Year may.odt ");
     EXPECT_FALSE(browser.program->tree().find("push button", "Back").has(State::enabled))
         << "columns leave no history";
+}
+
+/// Has text files opened by a program that notes their paths in the file it returns.
+std::filesystem::path noteOpenedFiles(Desktop& desktop) {
+    auto const note = desktop.home().parent_path() / "opened";
+    auto const opener = note.string() + ".sh";
+    std::ofstream(opener) << "#!/bin/sh\necho \"$1\" >" << note.string() << "\n";
+    std::filesystem::permissions(opener, std::filesystem::perms::owner_all);
+    std::filesystem::path const applications = desktop.environment().at("XDG_DATA_HOME") + "/applications";
+    std::filesystem::create_directories(applications);
+    std::ofstream(applications / "opener.desktop")
+        << "[Desktop Entry]\nType=Application\nName=Opener\nExec=" << opener << " %f\n";
+    std::ofstream(desktop.environment().at("XDG_CONFIG_HOME") + "/mimeapps.list")
+        << "[Default Applications]\ntext/plain=opener.desktop\n";
+    return note;
+}
+
+/// The desktop's file manager, as far as it is asked to show items.
+class FileManagerService : public QDBusVirtualObject {
+public:
+    explicit FileManagerService(QDBusConnection bus) : m_bus(std::move(bus)) {
+        m_bus.registerVirtualObject(QStringLiteral("/org/freedesktop/FileManager1"), this);
+        EXPECT_TRUE(m_bus.registerService(QStringLiteral("org.freedesktop.FileManager1")));
+    }
+    ~FileManagerService() override {
+        m_bus.unregisterObject(QStringLiteral("/org/freedesktop/FileManager1"));
+    }
+    QString introspect(QString const&) const override { return {}; }
+    bool handleMessage(QDBusMessage const& message, QDBusConnection const& bus) override {
+        if (message.member() == QStringLiteral("ShowItems"))
+            shown = message.arguments().value(0).toStringList();
+        return bus.send(message.createReply());
+    }
+
+    QStringList shown;
+
+private:
+    QDBusConnection m_bus;
+};
+
+TEST(Browser, ColumnsOpenRevealAndPassCommandKeysOn) {
+    Browser browser;
+    auto const opened = noteOpenedFiles(browser.desktop);
+    FileManagerService fileManager(browser.desktop.bus());
+    auto const file = browser.desktop.home() / "b.txt";
+    browser.key("End", "c.pdf ");
+    browser.key("Up", "b.txt ");
+    browser.display.key("Return");
+    EXPECT_TRUE(waitFor([&] { return contentsOf(opened) == file.string() + "\n"; })) << contentsOf(opened);
+    browser.display.key("Control+r");
+    EXPECT_TRUE(waitFor([&] {
+        QCoreApplication::processEvents();
+        return fileManager.shown == QStringList{QStringLiteral("file://") + QString::fromStdString(file)};
+    }));
+    browser.key("Control+Up", "b.txt ");
+    browser.key("Home", "Archive ");
+    browser.key("Return", "Archive "); // It stands open in the next pane.
+    browser.expectShown("Archive Reports a.txt b.txt c.pdf old.txt ");
+}
+
+TEST(Browser, FollowsAFolderThatGoesAndComesBack) {
+    Browser browser;
+    browser.useList();
+    auto const reports = browser.desktop.home() / "Reports";
+    browser.key("r", "Reports ");
+    browser.display.key("Return");
+    browser.expectShown("Year may.odt ");
+    std::filesystem::rename(reports, browser.desktop.home() / "Elsewhere");
+    browser.expectShown("");
+    browser.desktop.write("Reports/new.txt");
+    browser.expectShown("new.txt ");
+    std::filesystem::remove_all(reports);
+    browser.expectShown("");
+    browser.desktop.write("Reports/again.txt");
+    browser.expectShown("again.txt ");
+}
+
+TEST(Browser, AStormOfNewFilesEndsWithTheRightRows) {
+    Browser browser;
+    browser.useList();
+    browser.display.key("Control+f");
+    EXPECT_TRUE(
+        waitFor([&] { return browser.program->tree().find("text", "Find in folder").has(State::focused); }));
+    std::jthread creator([home = browser.desktop.home()] {
+        for (int i = 0; i < 20000; ++i)
+            std::ofstream(home / ("n" + std::to_string(i)));
+    });
+    browser.display.type("n1999");
+    std::string expected = "n1999 ";
+    for (int i = 19990; i < 20000; ++i)
+        expected += "n" + std::to_string(i) + " ";
+    creator.join();
+    browser.expectShown(expected);
 }
 
 TEST(Browser, TheGridIsUsedByKeyboardAndFollowsTheFolder) {

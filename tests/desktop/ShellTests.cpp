@@ -35,8 +35,8 @@ Place trayIcon(Desktop& desktop) {
     Place found;
     EXPECT_TRUE(waitFor([&] {
         for (auto const& window : display.windows()) {
-            bool const isIcon = window.klass == "Taliro" && window.role.empty() && window.place.y < 30 &&
-                                window.place.width <= 30 && window.place.width > 10;
+            bool const isIcon = window.klass == "Taliro" && window.role.empty() && window.place.width <= 30 &&
+                                window.place.width > 10;
             if (!isIcon)
                 continue;
             found = window.place;
@@ -269,6 +269,16 @@ TEST(Popover, HangsUnderTheIconUntilEscapeOrAClickElsewhere) {
     EXPECT_LT(popover.place.x, icon.x);
     EXPECT_GT(popover.place.maxX(), icon.maxX());
     EXPECT_TRUE(waitFor([&] { return display.focused() == popover.id; }));
+    auto const search = program.tree().expect("text", "Find in folder");
+    display.key("Control+f");
+    EXPECT_TRUE(waitFor([&] { return search.has(Accessible::State::focused); }));
+    display.type("no");
+    EXPECT_TRUE(waitFor([&] { return search.text() == "no"; }));
+    display.key("Escape");
+    EXPECT_TRUE(waitFor([&] { return search.text().isEmpty(); }));
+    display.key("Escape");
+    EXPECT_TRUE(waitFor([&] { return !search.has(Accessible::State::focused); }));
+    EXPECT_TRUE(display.window("popover")) << "Escape is the edited field's";
     display.key("Escape");
     EXPECT_TRUE(display.waitUntilGone("popover"));
 
@@ -377,16 +387,91 @@ TEST(Panel, ShortcutShowsItAtThePointerInsideTheScreen) {
 
 TEST(Panel, TitleButtonSwitchesBothWays) {
     Desktop desktop({.tray = true});
+    // Far from where the popover will be: the pointer is then over nothing of ours.
+    writeDefaults(desktop, "<key>TaliroPanel</key><string>20 320 720 460</string>");
     Program program(desktop);
     auto& display = desktop.display();
-    display.expectWindow("panel");
-    program.tree().expect("push button", "Show as Menu Bar Popover").act();
-    display.expectWindow("popover");
+    auto const clickTitle = [&](char const* button, int times) {
+        auto const place = program.tree().expect("push button", button).place();
+        display.click(place.midX(), place.midY(), 1, times);
+    };
+    expectReady(desktop, "panel");
+    clickTitle("Show as Menu Bar Popover", 1);
+    expectReady(desktop, "popover");
     EXPECT_FALSE(display.window("panel"));
-    program.tree().expect("push button", "Show as Window").act();
-    auto const panel = display.expectWindow("panel");
+    clickTitle("Show as Window", 1);
+    auto const panel = expectReady(desktop, "panel");
     EXPECT_TRUE(display.waitUntilGone("popover"));
     EXPECT_EQ(panel.place.y, panelTop);
+}
+
+/// Divides the X screen into monitors, given as xrandr takes them: width/mm x height/mm + x + y.
+void setMonitor(Desktop& desktop, std::string const& name, std::string const& place) {
+    bool const isMain = name == "main";
+    auto const status = Process({"xrandr", "--setmonitor", name, place, isMain ? "screen" : "none"},
+                                desktop.environment(), desktop.log("xrandr"))
+                            .waitForExit();
+    EXPECT_EQ(status, 0) << contentsOf(desktop.log("xrandr"));
+}
+
+/// A small monitor at the left, with the tray along its top, and the main one right of it, which reaches
+/// higher. At a scale of 2, everything takes twice as many pixels.
+TEST(Screens, EachGetsItsWindowsAtEveryScale) {
+    for (int const scale : {1, 2}) {
+        SCOPED_TRACE(scale);
+        Desktop desktop({.width = 2100 * scale, .height = 900 * scale});
+        auto const monitor = [&](int width, int height, int x, int y) {
+            auto const length = [&](int points) { return std::to_string(points * scale); };
+            return length(width) + "/300x" + length(height) + "/200+" + length(x) + "+" + length(y);
+        };
+        setMonitor(desktop, "main", monitor(1200, 900, 900, 0));
+        setMonitor(desktop, "left", monitor(900, 700, 0, 100));
+        desktop.startTray();
+        // A screen's corner is where it is in pixels; points count from there.
+        auto const remembered = "40 " + std::to_string(100 * scale + 140) + " 720 460";
+        writeDefaults(desktop, "<key>showWindowAtCursorOnHotkey</key><true/><key>TaliroPanel</key><string>" +
+                                   remembered + "</string>");
+        Program program(desktop, {}, {{"QT_SCALE_FACTOR", std::to_string(scale)}});
+        auto& display = desktop.display();
+        auto const inPixels = [&](Place const& points) {
+            return Place{points.x * scale, points.y * scale, points.width * scale, points.height * scale};
+        };
+        EXPECT_EQ(expectReady(desktop, "panel").place, inPixels({40, 240, 720, 460}));
+        auto const toggle = [&] { display.key("Control+Alt+Super+p"); };
+        struct {
+            int x, y; ///< the pointer
+            Place expected;
+        } const cases[]{
+            {899, 100, {172, 100 + 30 / scale + 8, 720, 460}},
+            {0, 799, {8, 332, 720, 460}},
+            {900, 0, {908, 8, 720, 460}},
+            {2099, 899, {1372, 432, 720, 460}},
+            {400, 450, {40, 220, 720, 460}},
+        };
+        for (auto const& c : cases) {
+            toggle();
+            EXPECT_TRUE(display.waitUntilGone("panel"));
+            display.move(c.x * scale, c.y * scale);
+            toggle();
+            EXPECT_EQ(expectReady(desktop, "panel").place, inPixels(c.expected)) << c.x << ", " << c.y;
+        }
+        EXPECT_EQ(Process({"xrandr", "--delmonitor", "left"}, desktop.environment(), desktop.log("xrandr"))
+                      .waitForExit(),
+                  0);
+        EXPECT_TRUE(waitFor([&] { return placeOf(desktop, "panel").x == 908 * scale; }))
+            << "onto the screen that is left: " << placeOf(desktop, "panel");
+
+        program.tree().expect("push button", "Show as Menu Bar Popover").act();
+        auto const isUnder = [&](Place const& icon) {
+            auto const popover = placeOf(desktop, "popover");
+            return popover.y == icon.maxY() && popover.x < icon.x && popover.maxX() > icon.maxX();
+        };
+        expectReady(desktop, "popover");
+        EXPECT_TRUE(waitFor([&] { return isUnder(trayIcon(desktop)); })) << placeOf(desktop, "popover");
+        setMonitor(desktop, "left", monitor(900, 700, 0, 100));
+        EXPECT_TRUE(waitFor([&] { return isUnder(trayIcon(desktop)); }))
+            << "follows the tray: " << placeOf(desktop, "popover") << trayIcon(desktop);
+    }
 }
 
 } // namespace

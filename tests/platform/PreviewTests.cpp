@@ -18,7 +18,7 @@ struct Previews : ::testing::Test {
     TemporaryFolder folder;
     HandQueue queue;
     MimeTypeCatalog types;
-    FilePreviews previews{queue, types, TALIRO_RENDERER};
+    FilePreviews previews{queue, types, {.renderer = TALIRO_RENDERER, .player = TALIRO_PLAYER}};
 
     template <typename Condition>
     bool waitFor(Condition const& condition) {
@@ -60,7 +60,7 @@ TEST_F(Previews, GiveEachKindItsForm) {
         {"a.jpg", PreviewKind::image},   {"a.svg", PreviewKind::image},   {"a.otf", PreviewKind::image},
         {"a.pdf", PreviewKind::pages},   {"a.txt", PreviewKind::text},    {"a.py", PreviewKind::text},
         {"a.md", PreviewKind::markdown}, {"a.zip", PreviewKind::archive}, {"a.tar.xz", PreviewKind::archive},
-        {"a.tar", PreviewKind::archive}, {"a.mp3", PreviewKind::media},   {"a.mkv", PreviewKind::media},
+        {"a.tar", PreviewKind::archive}, {"a.mp3", PreviewKind::sound},   {"a.mkv", PreviewKind::film},
         {"a.odt", PreviewKind::other},   {"nothing", PreviewKind::text},  {"a.json", PreviewKind::text},
     };
     for (auto const& [name, kind] : cases)
@@ -118,6 +118,82 @@ TEST_F(Previews, CountFoldersAndArchives) {
     auto const bytes = contentsOf(folder / "a.tar.gz");
     EXPECT_TRUE(summary(folder.write("cut.tar.gz", bytes.substr(0, bytes.size() / 2)), false).damaged);
     EXPECT_TRUE(summary(folder.write("noise.zip", std::string(4000, '\x5A')), false).damaged);
+}
+
+struct Playing : Previews {
+    using Phase = PlaybackState::Phase;
+    PlaybackState state;
+    Picture frame;
+    int reports = 0;
+
+    std::unique_ptr<Playback> open(std::filesystem::path const& path) {
+        return previews.playback(Url::file(path.string()), 32, 32,
+                                 {.changed =
+                                      [this](PlaybackState const& now) {
+                                          state = now;
+                                          ++reports;
+                                      },
+                                  .frame = [this](Picture const& picture) { frame = picture; }});
+    }
+    bool isAt(Phase phase) {
+        return waitFor([&] { return state.phase == phase; });
+    }
+    bool shows(QRgb wanted) {
+        return waitFor([&] {
+            return !frame.isEmpty() && std::abs(qRed(frame.pixels[0]) - qRed(wanted)) < 10 &&
+                   std::abs(qBlue(frame.pixels[0]) - qBlue(wanted)) < 10;
+        });
+    }
+};
+
+TEST_F(Playing, ASoundPlaysSeeksAndStartsAnew) {
+    auto const sound = open(folder.write("a \xFF.wav", wav(20)));
+    ASSERT_TRUE(isAt(Phase::paused));
+    EXPECT_EQ(state.duration, 20s);
+    sound->setMuted(true);
+    EXPECT_TRUE(waitFor([&] { return state.isMuted; }));
+    sound->play();
+    EXPECT_TRUE(isAt(Phase::playing));
+    EXPECT_TRUE(waitFor([&] { return state.position > 0ms; }));
+    sound->pause();
+    EXPECT_TRUE(isAt(Phase::paused));
+    for (auto const position : {3s, 7s, 12s, 19s})
+        sound->seek(position);
+    EXPECT_TRUE(waitFor([&] { return state.position >= 19s; })) << "the last one counts";
+    sound->play();
+    EXPECT_TRUE(waitFor([&] { return state.position == state.duration && state.phase == Phase::paused; }));
+    sound->play();
+    EXPECT_TRUE(waitFor([&] { return state.phase == Phase::playing && state.position < 15s; }));
+}
+
+TEST_F(Playing, AFilmShowsWhereItIsWithinItsBox) {
+    auto const film = open(folder.write("a.avi", testing::film(20)));
+    ASSERT_TRUE(isAt(Phase::paused));
+    EXPECT_TRUE(shows(qRgb(255, 0, 0)));
+    EXPECT_EQ(frame.width, 32);
+    EXPECT_EQ(frame.height, 24);
+    film->seek(15s);
+    EXPECT_TRUE(shows(qRgb(0, 0, 255)));
+    EXPECT_EQ(state.duration, 20s);
+}
+
+TEST_F(Playing, WhatCannotBePlayedSaysSoAndWhatIsLeftStaysSilent) {
+    for (auto const* name : {"noise.mp3", "noise.mkv"}) {
+        state = {};
+        auto const broken = open(folder.write(name, std::string(4000, '\x5A')));
+        EXPECT_TRUE(isAt(Phase::failed)) << name;
+    }
+    FilePreviews without{queue, types, {.renderer = {}, .player = "/nonexistent/player"}};
+    auto const path = folder.write("a.wav", wav(2));
+    state = {};
+    auto const silent =
+        without.playback(Url::file(path.string()), 32, 32,
+                         {.changed = [&](PlaybackState const& now) { state = now; }, .frame = {}});
+    EXPECT_TRUE(isAt(Phase::failed));
+    auto const before = reports;
+    open(path).reset();
+    queue.turn();
+    EXPECT_EQ(reports, before);
 }
 
 TEST_F(Previews, TakenBackStayAway) {

@@ -4,8 +4,7 @@
 #include "platform/linux/MimeTypeCatalog.h"
 #include "platform/linux/ThumbnailStore.h"
 #include "support/HandQueue.h"
-#include "support/SampleFiles.h"
-#include "support/TemporaryFolder.h"
+#include "support/MixedFiles.h"
 
 #include <thread>
 
@@ -33,7 +32,10 @@ struct Thumbnails : ::testing::Test {
     }
     QImage make(fs::path const& path, int pixels = 128) {
         auto const picture = maker.make({Url::file(path.string()), pixels, pixels}, renderer, {});
-        return picture ? imageOf(*picture) : QImage();
+        if (!picture)
+            return {};
+        auto const* const bytes = reinterpret_cast<uchar const*>(picture->pixels.get());
+        return QImage(bytes, picture->width, picture->height, QImage::Format_ARGB32_Premultiplied).copy();
     }
     std::size_t stored(std::string const& size) {
         std::error_code error;
@@ -238,8 +240,8 @@ struct Service : Thumbnails {
                                    hasPicture[name] = picture.has_value();
                                });
     }
-    bool waitFor(std::size_t count) {
-        for (auto const end = std::chrono::steady_clock::now() + 20s;
+    bool waitFor(std::size_t count, std::chrono::seconds limit = 20s) {
+        for (auto const end = std::chrono::steady_clock::now() + limit;
              std::chrono::steady_clock::now() < end;) {
             queue.turn();
             if (answered.size() >= count)
@@ -280,6 +282,31 @@ TEST_F(Service, TakesTheNewestFirstForgetsWhatIsTakenBackAndFailsTheOldest) {
     EXPECT_THAT(answered, ::testing::ElementsAre("1.png", "busy.mp4", "5.png", "4.png", "2.png"));
     EXPECT_FALSE(hasPicture["1.png"]);
     EXPECT_TRUE(hasPicture["5.png"]);
+}
+
+/// A number that whoever runs the test may set.
+std::size_t setting(char const* name, std::size_t usual) {
+    auto const* text = std::getenv(name);
+    return text ? std::stoul(text) : usual;
+}
+
+TEST_F(Service, MakesAllThatCanBeMadeOfAMixedFolderAgainAndAgain) {
+    auto const files = makeMixedFiles(folder, setting("TALIRO_MIXED_FILES", 48));
+    ThumbnailService service(
+        queue, types,
+        {.storeFolder = store, .renderer = TALIRO_RENDERER, .limit = files.size(), .timeLimit = 20s});
+    auto const passes = setting("TALIRO_MIXED_PASSES", 2);
+    for (std::size_t pass = 0; pass < passes; ++pass) {
+        if (pass % 2 == 0)
+            fs::remove_all(store); // Made anew; then found again.
+        answered.clear();
+        std::vector<Subscription> requests;
+        for (auto const& file : files)
+            requests.push_back(ask(service, file.path));
+        ASSERT_TRUE(waitFor(files.size(), 600s)) << "pass " << pass;
+        for (auto const& file : files)
+            EXPECT_NE(hasPicture[file.path.filename().string()], file.isDamaged) << file.path;
+    }
 }
 
 } // namespace

@@ -13,30 +13,44 @@ namespace taliro::testing {
 struct FakeDirectoryEvents : DirectoryEvents {
     struct FakeSource : Source {
         FakeSource(FakeDirectoryEvents& owner, std::string path, std::function<void(Changed const&)> onEvent)
-            : owner(owner), path(std::move(path)), onEvent(std::move(onEvent)) {
+            : owner(owner),
+              path(std::move(path)),
+              onEvent(std::move(onEvent)),
+              number(owner.identities[this->path]) {
             owner.sources.insert(this);
         }
         ~FakeSource() override { owner.sources.erase(this); }
+        int identity() const override { return number; }
         FakeDirectoryEvents& owner;
         std::string path;
         std::function<void(Changed const&)> onEvent;
+        int number;
     };
     std::set<FakeSource*> sources;
-    int watches = 0;   ///< how often a watch was asked for
-    bool fail = false; ///< as where no more watches are to be had
+    std::map<std::string, int> identities; ///< by path; another number for a folder in its place
+    std::set<std::string> missing;
+    std::map<std::string, Changed> pending; ///< by path; what the system tells in a later turn
+    int watches = 0;                        ///< how often a watch was asked for
+    bool fail = false;                      ///< as where no more watches are to be had
 
     std::expected<std::unique_ptr<Source>, std::errc>
     watch(Url const& folder, std::function<void(Changed const&)> onEvent) override {
         ++watches;
         if (fail)
             return std::unexpected(std::errc::no_space_on_device);
+        if (missing.contains(folder.path()))
+            return std::unexpected(std::errc::no_such_file_or_directory);
         return std::make_unique<FakeSource>(*this, folder.path(), std::move(onEvent));
     }
     void change(std::string const& path, Changed const& names = std::nullopt) {
         auto const current = sources;
         for (auto* source : current)
             if (sources.contains(source) && source->path == path)
-                source->onEvent(names);
+                std::function(source->onEvent)(names); // It may end its own watch.
+    }
+    void deliverPending() override {
+        for (auto const& [path, names] : std::exchange(pending, {}))
+            change(path, names);
     }
 };
 
@@ -135,6 +149,7 @@ struct FakeFileOperations : FileOperations {
     FakeFileManager& files;
     std::vector<std::pair<std::string, std::string>> copies; ///< tried: from, to
     std::vector<std::pair<std::string, std::string>> moves;
+    std::vector<std::string> trashed;
     std::map<std::string, std::errc> failures;              ///< by the source's path
     std::function<TransferAnswer(Report const&)> meanwhile; ///< what happens while the bytes are moved
     bool leftoversRemoved = false;
@@ -146,6 +161,10 @@ struct FakeFileOperations : FileOperations {
     Result move(Url source, Url destination, Report report) override {
         moves.emplace_back(source.path(), destination.path());
         return transfer(source.path(), destination.path(), report, false);
+    }
+    Result trash(Url item) override {
+        trashed.push_back(item.path());
+        return transfer(item.path(), "/trashed/" + std::to_string(trashed.size()), {}, false);
     }
     void removeLeftovers() override { leftoversRemoved = true; }
 

@@ -8,16 +8,24 @@
 
 namespace taliro::testing {
 
-/// No previews at all.
+/// No previews at all; those of pages are counted while they are under way.
 struct FakePreviews : PreviewService {
+    PreviewKind fileKind = PreviewKind::other;
+    int pagesAsked = 0;
+    int pagesUnderWay = 0;
     PreviewKind previewKind(Url const&, bool isDirectory) override {
-        return isDirectory ? PreviewKind::folder : PreviewKind::other;
+        return isDirectory ? PreviewKind::folder : fileKind;
     }
-    Subscription page(PageRequest, std::function<void(std::optional<PagePicture>)>) override { return {}; }
+    Subscription page(PageRequest, std::function<void(std::optional<PagePicture>)>) override {
+        ++pagesAsked;
+        ++pagesUnderWay;
+        return Subscription([this] { --pagesUnderWay; });
+    }
     Subscription text(Url const&, std::size_t, std::function<void(std::optional<TextPreview>)>) override {
         return {};
     }
     Subscription summary(Url const&, std::function<void(ContentSummary const&)>) override { return {}; }
+    std::unique_ptr<Playback> playback(Url const&, int, int, PlaybackEvents) override { return nullptr; }
 };
 
 /// Thumbnails that come when the test says so.

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "support/RiffFiles.h"
+
 #include <QBuffer>
 #include <QImage>
 
@@ -80,6 +82,37 @@ inline std::string pngBomb() {
     QImage image(20'000, 20'000, QImage::Format_Mono);
     image.fill(0);
     return encoded(image, "png");
+}
+
+/// An AVI of JPEG pictures, ten a second: the first half is red, the second blue.
+inline std::string film(int seconds, int width = 64, int height = 48) {
+    auto const count = static_cast<std::uint32_t>(seconds) * 10;
+    auto const w = static_cast<std::uint32_t>(width);
+    auto const h = static_cast<std::uint32_t>(height);
+    std::string frames;
+    std::string index;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        QImage image(width, height, QImage::Format_RGB32);
+        image.fill(i < count / 2 ? Qt::red : Qt::blue);
+        auto const frame = chunk("00dc", encoded(image, "jpg"));
+        index += "00dc" + littleEndian(0x10) + littleEndian(static_cast<std::uint32_t>(frames.size()) + 4) +
+                 littleEndian(static_cast<std::uint32_t>(frame.size()) - 8);
+        frames += frame;
+    }
+    auto const numbers = [](std::initializer_list<std::uint32_t> list) {
+        std::string result;
+        for (auto const number : list)
+            result += littleEndian(number);
+        return result;
+    };
+    auto const main = numbers({100'000, 0, 0, 0x10, count, 0, 1, 0, w, h, 0, 0, 0, 0});
+    auto const stream = "vidsMJPG" + numbers({0, 0, 0, 1, 10, 0, count, 0, 0xFFFFFFFF, 0, 0, 0});
+    auto const picture = numbers({40, w, h}) + littleEndian(1, 2) + littleEndian(24, 2) + "MJPG" +
+                         numbers({w * h * 3, 0, 0, 0, 0});
+    auto const header =
+        chunk("avih", main) + chunk("LIST", "strl" + chunk("strh", stream) + chunk("strf", picture));
+    return chunk("RIFF", "AVI " + chunk("LIST", "hdrl" + header) + chunk("LIST", "movi" + frames) +
+                             chunk("idx1", index));
 }
 
 /// The first font of the machine; empty where it has none.

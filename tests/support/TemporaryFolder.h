@@ -11,8 +11,8 @@ namespace taliro::testing {
 /// A folder of the test's own, gone with it.
 class TemporaryFolder {
 public:
-    TemporaryFolder() {
-        auto pattern = (std::filesystem::temp_directory_path() / "taliro-test-XXXXXX").string();
+    explicit TemporaryFolder(std::filesystem::path const& parent = std::filesystem::temp_directory_path()) {
+        auto pattern = (parent / "taliro-test-XXXXXX").string();
         m_path = ::mkdtemp(pattern.data());
     }
     TemporaryFolder(TemporaryFolder const&) = delete;

@@ -5,6 +5,7 @@
 #include "platform/linux/BackgroundAnswer.h"
 #include "platform/linux/FolderSummary.h"
 #include "platform/linux/ImageReading.h"
+#include "platform/linux/ProcessPlayback.h"
 #include "platform/linux/ThumbnailMaker.h"
 
 #include <algorithm>
@@ -54,11 +55,12 @@ std::optional<TextPreview> readText(std::string const& path, std::size_t limit) 
 
 } // namespace
 
-FilePreviews::FilePreviews(MainQueue& queue, TypeCatalog& types, std::string renderer)
+FilePreviews::FilePreviews(MainQueue& queue, TypeCatalog& types, Programs programs)
     : m_queue(queue),
       m_types(types),
+      m_player(std::move(programs.player)),
       m_pool(std::make_shared<WorkerPool>(
-          WorkerPool::Options{.threads = 2, .limit = 16, .renderer = std::move(renderer)})) {}
+          WorkerPool::Options{.threads = 2, .limit = 16, .renderer = std::move(programs.renderer)})) {}
 
 PreviewKind FilePreviews::previewKind(Url const& item, bool isDirectory) {
     auto const mimeType = m_types.mimeType(item.lastPathComponent(), isDirectory);
@@ -73,8 +75,10 @@ PreviewKind FilePreviews::previewKind(Url const& item, bool isDirectory) {
         return PreviewKind::markdown;
     if (isArchive(mimeType))
         return PreviewKind::archive;
-    if (mimeType.starts_with("audio/") || mimeType.starts_with("video/"))
-        return PreviewKind::media;
+    if (mimeType.starts_with("audio/"))
+        return PreviewKind::sound;
+    if (mimeType.starts_with("video/"))
+        return PreviewKind::film;
     switch (builtInKind(mimeType).value_or(RenderKind::program)) {
     case RenderKind::drawing:
     case RenderKind::font:
@@ -103,14 +107,16 @@ std::optional<PagePicture> FilePreviews::makePage(PageRequest const& request, Re
     auto const kind = builtInKind(mimeType);
     if (!kind)
         return std::nullopt;
-    auto const drawn = renderer.draw({.kind = *kind,
-                                      .path = request.file.path(),
-                                      .command = {},
-                                      .width = std::min(request.width, longestSide),
-                                      .height = std::min(request.height, longestSide),
-                                      .page = request.page},
-                                     std::move(stop));
-    return drawn ? std::optional(PagePicture{drawn->picture, drawn->pages, 0, 0}) : std::nullopt;
+    auto drawn = renderer.draw({.kind = *kind,
+                                .path = request.file.path(),
+                                .command = {},
+                                .width = std::min(request.width, longestSide),
+                                .height = std::min(request.height, longestSide),
+                                .page = request.page},
+                               std::move(stop));
+    if (!drawn)
+        return std::nullopt;
+    return PagePicture{toPicture(std::move(drawn->image)), drawn->pages, 0, 0};
 }
 
 Subscription FilePreviews::page(PageRequest request,
@@ -145,6 +151,12 @@ Subscription FilePreviews::summary(Url const& item, std::function<void(ContentSu
             tell(unfinished);
     };
     return answerFrom(m_pool, answer, {.run = run, .dropped = [tell, unfinished] { tell(unfinished); }});
+}
+
+std::unique_ptr<Playback> FilePreviews::playback(Url const& file, int width, int height,
+                                                 PlaybackEvents events) {
+    return std::make_unique<ProcessPlayback>(
+        m_player, m_queue, ProcessPlayback::Film{file.path(), width, height}, std::move(events));
 }
 
 } // namespace taliro

@@ -11,11 +11,15 @@ class MainQueue;
 class TypeCatalog;
 
 /// Previews: plain images, texts and folders are read in a thread of this process; drawings, documents, fonts
-/// and archives by the renderer process.
+/// and archives by the renderer process; sounds and films are played by a player process.
 class FilePreviews : public PreviewService {
 public:
-    /// `renderer`: the renderer program's path.
-    FilePreviews(MainQueue& queue, TypeCatalog& types, std::string renderer);
+    /// The paths of the programs that draw and that play; empty where there is none.
+    struct Programs {
+        std::string renderer;
+        std::string player;
+    };
+    FilePreviews(MainQueue& queue, TypeCatalog& types, Programs programs);
 
     PreviewKind previewKind(Url const& item, bool isDirectory) override;
     Subscription page(PageRequest request,
@@ -24,6 +28,8 @@ public:
                       std::function<void(std::optional<TextPreview>)> completion) override;
     Subscription summary(Url const& folderOrArchive,
                          std::function<void(ContentSummary const&)> update) override;
+    std::unique_ptr<Playback> playback(Url const& file, int width, int height,
+                                       PlaybackEvents events) override;
 
 private:
     std::optional<PagePicture> makePage(PageRequest const& request, RendererClient& renderer,
@@ -31,6 +37,7 @@ private:
 
     MainQueue& m_queue;
     TypeCatalog& m_types;
+    std::string m_player;
     std::shared_ptr<WorkerPool> m_pool; ///< last, for its threads use the others
 };
 

@@ -83,16 +83,6 @@ Picture toPicture(QImage image) {
     return {held->width(), held->height(), std::shared_ptr<std::uint32_t const[]>(held, pixels)};
 }
 
-QImage imageOf(Picture const& picture) {
-    if (picture.isEmpty())
-        return {};
-    auto* const held = new Picture(picture);
-    return QImage(
-        reinterpret_cast<uchar const*>(held->pixels.get()), held->width, held->height, held->width * 4,
-        QImage::Format_ARGB32_Premultiplied, [](void* pixels) { delete static_cast<Picture*>(pixels); },
-        held);
-}
-
 FileDescriptor openPlainFile(std::string const& path) {
     FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status {};

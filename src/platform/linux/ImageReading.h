@@ -27,7 +27,6 @@ QSize shrunkToFit(QSize size, QSize box);
 
 /// Shares the pixels, once they have the right format.
 Picture toPicture(QImage image);
-QImage imageOf(Picture const& picture);
 
 /// Opens a plain file for reading, and nothing else: no pipe to wait at, no device.
 FileDescriptor openPlainFile(std::string const& path);

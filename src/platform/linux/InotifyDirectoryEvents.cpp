@@ -4,6 +4,7 @@
 #include "platform/linux/FileDescriptor.h"
 
 #include <QSocketNotifier>
+#include <QTimer>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -17,6 +18,10 @@ namespace {
 constexpr std::uint32_t watchedEvents = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_CLOSE_WRITE |
                                         IN_MODIFY | IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
 
+/// From one reading to the next: a storm of events would keep timers, and with them all else, from their
+/// turn.
+constexpr std::chrono::milliseconds pause(10);
+
 } // namespace
 
 /// The inotify instance and who listens to which of its watches. Sources share it, so that it outlives them.
@@ -26,8 +31,14 @@ public:
         if (!m_descriptor)
             return;
         m_notifier = std::make_unique<QSocketNotifier>(m_descriptor.get(), QSocketNotifier::Read);
-        QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(),
-                         [this] { drain(); });
+        QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(), [this] {
+            m_notifier->setEnabled(false);
+            m_pause.start(pause);
+            drain();
+        });
+        m_pause.setSingleShot(true);
+        QObject::connect(&m_pause, &QTimer::timeout, m_notifier.get(),
+                         [this] { m_notifier->setEnabled(true); });
     }
 
     explicit operator bool() const { return static_cast<bool>(m_descriptor); }
@@ -49,12 +60,6 @@ public:
         m_listeners.erase(found);
         ::inotify_rm_watch(m_descriptor.get(), watch);
     }
-
-private:
-    struct Listeners {
-        int count = 0;
-        Observers<Changed const&> observers;
-    };
 
     /// Reads what the kernel has queued, then tells each watch once.
     void drain() {
@@ -85,6 +90,12 @@ private:
             }
     }
 
+private:
+    struct Listeners {
+        int count = 0;
+        Observers<Changed const&> observers;
+    };
+
     /// An event without a name is the folder's own: all of it may have changed.
     static void note(std::map<int, Changed>& touched, int watch, std::string_view name) {
         auto const [entry, isNew] = touched.try_emplace(watch, Changed::value_type());
@@ -97,6 +108,7 @@ private:
 
     FileDescriptor m_descriptor;
     std::unique_ptr<QSocketNotifier> m_notifier;
+    QTimer m_pause;
     std::map<int, Listeners> m_listeners;
 };
 
@@ -111,6 +123,7 @@ public:
         m_subscription.cancel();
         m_queue->release(m_watch);
     }
+    int identity() const override { return m_watch; }
 
 private:
     std::shared_ptr<Queue> m_queue;
@@ -132,6 +145,11 @@ InotifyDirectoryEvents::watch(Url const& folder, std::function<void(Changed cons
     if (!watch)
         return std::unexpected(watch.error());
     return std::make_unique<WatchSource<Queue>>(m_queue, *watch, m_queue->listen(*watch, std::move(onEvent)));
+}
+
+void InotifyDirectoryEvents::deliverPending() {
+    if (*m_queue)
+        m_queue->drain();
 }
 
 } // namespace taliro

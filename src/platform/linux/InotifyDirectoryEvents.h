@@ -15,6 +15,7 @@ public:
 
     std::expected<std::unique_ptr<Source>, std::errc>
     watch(Url const& folder, std::function<void(Changed const&)> onEvent) override;
+    void deliverPending() override;
 
 private:
     class Queue;

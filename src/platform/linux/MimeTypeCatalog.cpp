@@ -1,5 +1,7 @@
 #include "platform/linux/MimeTypeCatalog.h"
 
+#include "platform/linux/NamePatterns.h"
+
 #include <QImageReader>
 #include <QMimeDatabase>
 #include <array>
@@ -12,14 +14,22 @@ namespace taliro {
 namespace {
 
 constexpr char folderKey[] = "/";
+constexpr char plainName[] = "file"; ///< says nothing of its type
 /// A folder of files that all have extensions of their own must not fill the memory.
 constexpr std::size_t mostKnown = 4096;
 
-/// What decides a name's type: its extension, or two of them (`tar.gz`); the whole name where there is none,
-/// since some types are known by theirs (`Makefile`).
+/// Names without an extension are many, those that tell a type all the same (`Makefile`) are few.
+std::string_view decisiveName(std::string_view name) {
+    static NamePatterns const patterns;
+    return patterns.match(name) ? name : std::string_view(plainName);
+}
+
+/// What decides a name's type: its extension, or two of them (`tar.gz`).
 std::string_view decisivePart(std::string_view name) {
     auto const last = name.rfind('.');
-    if (last == std::string_view::npos || last == 0)
+    if (last == std::string_view::npos)
+        return decisiveName(name);
+    if (last == 0)
         return name;
     auto const before = name.rfind('.', last - 1);
     // A second part that is long or holds a space is prose ("1. Introduction to.pdf"), not an extension.

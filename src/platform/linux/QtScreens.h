@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Screens.h"
+#include "platform/linux/X11Connection.h"
 
 #include <QObject>
 
@@ -13,7 +14,8 @@ class QtScreens : public QObject, public Screens {
     Q_OBJECT
 
 public:
-    QtScreens();
+    /// `connection`: null where there is no X server.
+    explicit QtScreens(X11Connection* connection);
 
     std::vector<ScreenInfo> all() override;
     Point mouseLocation() override;
@@ -24,6 +26,7 @@ public:
 private:
     void watch(QScreen* screen);
 
+    X11Connection* m_x;
     Observers<> m_observers;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/PreviewService.h"
+#include "platform/linux/HelperProcess.h"
 #include "platform/linux/renderer/Protocol.h"
 
 #include <chrono>
@@ -11,9 +12,11 @@
 #include <stop_token>
 #include <string>
 
-#include <sys/types.h>
+#include <QImage>
 
 namespace taliro {
+
+struct Patience;
 
 /// Has a picture drawn by a process of its own, which may crash, hang or run out of memory over a bad file:
 /// then that picture fails, and the next one gets a new process. One thread at a time.
@@ -29,15 +32,12 @@ public:
         std::chrono::milliseconds timeLimit{5000};
     };
     struct Drawn {
-        Picture picture;
+        QImage image;
         int pages = 1;
     };
     enum class Failure { noRenderer, badFile, stopped };
 
-    explicit RendererClient(std::string program) : m_program(std::move(program)) {}
-    ~RendererClient() { stop(); }
-    RendererClient(RendererClient const&) = delete;
-    RendererClient& operator=(RendererClient const&) = delete;
+    explicit RendererClient(std::string program) : m_process(std::move(program)) {}
 
     std::expected<Drawn, Failure> draw(Task const& task, std::stop_token stop);
     /// Lists the archive at `path`: `update` hears of the counts so far and of the first names, several
@@ -45,20 +45,16 @@ public:
     bool summarize(std::string const& path, std::function<void(ContentSummary const&)> const& update,
                    std::stop_token stop);
     /// Ends the process, if one runs, with all that it started.
-    void stop();
+    void stop() { m_process.stop(); }
 
 private:
     bool start();
     bool send(Task const& task);
-    /// Reads exactly `size` bytes; false where the time is up, the process is gone, or a stop is requested.
-    bool receive(void* into, std::size_t size, std::chrono::steady_clock::time_point until,
-                 std::stop_token const& stop);
-    std::optional<Drawn> receivePicture(Task const& task, std::chrono::steady_clock::time_point until,
-                                        std::stop_token const& stop);
+    /// False where the time is up, the process is gone, or a stop is requested.
+    bool receive(void* into, std::size_t size, Patience const& patience);
+    std::optional<Drawn> receivePicture(Task const& task, Patience const& patience);
 
-    std::string m_program;
-    pid_t m_process = -1;
-    int m_socket = -1;
+    HelperProcess m_process;
 };
 
 } // namespace taliro

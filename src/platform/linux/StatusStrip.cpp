@@ -1,9 +1,7 @@
 #include "platform/linux/StatusStrip.h"
 
-#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QScreen>
 
 namespace taliro {
 
@@ -24,17 +22,10 @@ StatusStrip::StatusStrip(QIcon icon, QString const& description)
     setAccessibleName(description);
     setToolTip(description);
     setFixedSize(stripSize);
-    connect(qApp, &QGuiApplication::primaryScreenChanged, this, &StatusStrip::place);
-    for (auto* screen : QGuiApplication::screens())
-        connect(screen, &QScreen::availableGeometryChanged, this, &StatusStrip::place);
-    place();
 }
 
-void StatusStrip::place() {
-    if (auto const* screen = QGuiApplication::primaryScreen()) {
-        auto const visible = screen->availableGeometry();
-        move(visible.right() + 1 - width() - cornerMargin, visible.top());
-    }
+void StatusStrip::placeIn(Rect const& visible) {
+    move(static_cast<int>(visible.maxX()) - width() - cornerMargin, static_cast<int>(visible.y));
 }
 
 void StatusStrip::paintEvent(QPaintEvent*) {

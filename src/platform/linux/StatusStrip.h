@@ -1,17 +1,22 @@
 #pragma once
 
+#include "platform/Screens.h"
+
 #include <QIcon>
 #include <QWidget>
 
 namespace taliro {
 
-/// A small window of our own at the primary screen's top right, above all others and on every workspace: what
+/// A small window of our own at a screen's top right, above all others and on every workspace: what
 /// stands in for a tray icon.
 class StatusStrip : public QWidget {
     Q_OBJECT
 
 public:
     StatusStrip(QIcon icon, QString const& description);
+
+    /// `visible`: the screen without what docks cover of it.
+    void placeIn(Rect const& visible);
 
 Q_SIGNALS:
     void clicked(Qt::MouseButton button);
@@ -23,8 +28,6 @@ protected:
     void leaveEvent(QEvent*) override { update(); }
 
 private:
-    void place();
-
     QIcon m_icon;
 };
 

@@ -39,16 +39,16 @@ std::optional<QImage> ThumbnailMaker::draw(DrawingPlan const& plan, std::string 
         auto read = readImage(path, {size, size});
         return read ? std::optional(std::move(read->image)) : std::nullopt;
     }
-    auto const drawn = renderer.draw({.kind = plan.kind,
-                                      .path = path,
-                                      .command = plan.command,
-                                      .width = size,
-                                      .height = size,
-                                      .page = 0,
-                                      .timeLimit = m_timeLimit},
-                                     std::move(stop));
+    auto drawn = renderer.draw({.kind = plan.kind,
+                                .path = path,
+                                .command = plan.command,
+                                .width = size,
+                                .height = size,
+                                .page = 0,
+                                .timeLimit = m_timeLimit},
+                               std::move(stop));
     if (drawn)
-        return imageOf(drawn->picture);
+        return std::move(drawn->image);
     return drawn.error() == RendererClient::Failure::badFile ? std::nullopt : std::optional(QImage());
 }
 

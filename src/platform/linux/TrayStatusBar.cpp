@@ -39,9 +39,11 @@ Rect rectOf(QRect const& rect) {
 
 class TrayStatusItem : public StatusItem {
 public:
-    TrayStatusItem(X11Connection* x, X11PointerEvents& pointer, QIcon icon, QString description)
-        : m_x(x), m_icon(std::move(icon)), m_description(std::move(description)) {
+    TrayStatusItem(X11Connection* x, X11PointerEvents& pointer, Screens& screens, QIcon icon,
+                   QString description)
+        : m_x(x), m_screens(screens), m_icon(std::move(icon)), m_description(std::move(description)) {
         QObject::connect(&m_placeTimer, &QTimer::timeout, &m_placeTimer, [this] { lookForPlace(); });
+        m_screenChanges = m_screens.observeChanges([this] { screensChanged(); });
         watchForTrays();
         if (m_x)
             m_catcher.emplace(
@@ -123,6 +125,8 @@ private:
             m_strip.reset();
         if (!m_visible)
             return;
+        if (hasTray && m_tray)
+            startLookingForPlace();
         if (hasTray && !m_tray)
             makeTrayIcon();
         if (!hasTray && !m_strip)
@@ -138,9 +142,8 @@ private:
                          [this](QSystemTrayIcon::ActivationReason reason) { clicked(reason); });
         m_tray->show();
         offerMenu();
-        m_isPlaced = false;
-        m_looksForPlace = 0;
-        m_placeTimer.start(lookInterval);
+        m_placeBefore = {};
+        startLookingForPlace();
     }
 
     /// A tray on the bus, which never tells a place, shows the menu itself and gives no right click.
@@ -149,13 +152,36 @@ private:
             m_tray->setContextMenu(m_menu.get());
     }
 
-    /// The tray takes the icon in some time later, and no one tells; until then it is at the origin.
+    /// The tray takes the icon in some time later, and no one tells; until then it is at the origin, or where
+    /// it was in the tray before.
+    void startLookingForPlace() {
+        m_looksForPlace = 0;
+        m_placeTimer.start(lookInterval);
+    }
     void lookForPlace() {
-        m_isPlaced = m_tray && m_tray->geometry().topLeft() != QPoint(0, 0);
-        if (!m_isPlaced && ++m_looksForPlace < looksAtMost)
+        auto const place = m_tray ? m_tray->geometry() : QRect();
+        m_isPlaced = place.topLeft() != QPoint(0, 0);
+        bool const isNew = m_isPlaced && place != m_placeBefore;
+        if (!isNew && ++m_looksForPlace < looksAtMost)
             return;
         m_placeTimer.stop();
+        m_placeBefore = place;
         call(onPlaced);
+    }
+
+    void screensChanged() {
+        if (m_strip)
+            placeStrip();
+        if (m_tray)
+            startLookingForPlace();
+        call(onPlaced);
+    }
+
+    void placeStrip() {
+        auto const screens = m_screens.all();
+        auto const main = std::ranges::find_if(screens, &ScreenInfo::isMain);
+        if (main != screens.end())
+            m_strip->placeIn(main->visibleFrame);
     }
 
     void makeStrip() {
@@ -163,6 +189,7 @@ private:
         QObject::connect(m_strip.get(), &StatusStrip::clicked, m_strip.get(), [this](Qt::MouseButton button) {
             call(button == Qt::RightButton ? onRightClick : onLeftClick);
         });
+        placeStrip();
         m_strip->show();
     }
 
@@ -205,6 +232,7 @@ private:
     }
 
     X11Connection* m_x;
+    Screens& m_screens;
     QIcon m_icon;
     QString m_description;
     bool m_visible = true;
@@ -213,18 +241,20 @@ private:
     std::unique_ptr<QMenu> m_menu;
     std::optional<Rect> m_lastClick;
     QTimer m_placeTimer;
+    QRect m_placeBefore; ///< the place told of last
     int m_looksForPlace = 0;
     bool m_isPlaced = false;
     QDBusServiceWatcher m_hosts;
     std::optional<DropCatcher> m_catcher;
     Subscription m_events;
+    Subscription m_screenChanges;
 };
 
 } // namespace
 
 std::unique_ptr<StatusItem> TrayStatusBar::makeItem(std::string const&, std::string const& symbolName,
                                                     std::string const& description) {
-    return std::make_unique<TrayStatusItem>(m_connection, m_pointer, iconOf(symbolName),
+    return std::make_unique<TrayStatusItem>(m_connection, m_pointer, m_screens, iconOf(symbolName),
                                             QString::fromStdString(description));
 }
 

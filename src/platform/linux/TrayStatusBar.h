@@ -10,8 +10,8 @@ namespace taliro {
 class TrayStatusBar : public StatusBar {
 public:
     /// `connection`: null where there is no X server; then drags over the item go unnoticed.
-    TrayStatusBar(X11Connection* connection, X11PointerEvents& pointer)
-        : m_connection(connection), m_pointer(pointer) {}
+    TrayStatusBar(X11Connection* connection, X11PointerEvents& pointer, Screens& screens)
+        : m_connection(connection), m_pointer(pointer), m_screens(screens) {}
 
     std::unique_ptr<StatusItem> makeItem(std::string const& autosaveName, std::string const& symbolName,
                                          std::string const& description) override;
@@ -19,6 +19,7 @@ public:
 private:
     X11Connection* m_connection;
     X11PointerEvents& m_pointer;
+    Screens& m_screens;
 };
 
 } // namespace taliro

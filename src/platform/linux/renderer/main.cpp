@@ -1,13 +1,11 @@
+#include "platform/linux/Sandbox.h"
+#include "platform/linux/Socket.h"
 #include "platform/linux/renderer/Renderers.h"
-#include "platform/linux/renderer/Sandbox.h"
 
-#include <cerrno>
-#include <cstring>
 #include <string>
 
 #include <QGuiApplication>
 
-#include <sys/socket.h>
 #include <unistd.h>
 
 using namespace taliro;
@@ -16,34 +14,7 @@ namespace {
 
 constexpr int connection = STDIN_FILENO;
 constexpr unsigned secondsAPicture = 30;
-
-bool receiveAll(void* into, std::size_t size) {
-    auto* next = static_cast<char*>(into);
-    while (size > 0) {
-        auto const count = recv(connection, next, size, 0);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            return false;
-        next += count;
-        size -= static_cast<std::size_t>(count);
-    }
-    return true;
-}
-
-bool sendAll(void const* from, std::size_t size) {
-    auto const* next = static_cast<char const*>(from);
-    while (size > 0) {
-        auto const count = send(connection, next, size, MSG_NOSIGNAL);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            return false;
-        next += count;
-        size -= static_cast<std::size_t>(count);
-    }
-    return true;
-}
+constexpr unsigned mostMegabytes = 2048;
 
 DrawnPage draw(RenderRequest const& request, std::string const& path, std::string const& command) {
     QSize const box(request.width, request.height);
@@ -68,14 +39,15 @@ bool answerWithPicture(RenderRequest const& request, std::string const& path, st
     auto drawn = draw(request, path, command);
     auto const image = std::move(drawn.image).convertToFormat(QImage::Format_ARGB32_Premultiplied);
     RenderReply const reply{.width = image.width(), .height = image.height(), .pages = drawn.pages};
-    return sendAll(&reply, sizeof reply) &&
-           sendAll(image.constBits(), static_cast<std::size_t>(image.sizeInBytes()));
+    return sendAll(connection, &reply, sizeof reply) &&
+           sendAll(connection, image.constBits(), static_cast<std::size_t>(image.sizeInBytes()));
 }
 
 bool answerWithSummary(std::string const& path) {
     bool connected = true;
     listArchive(path, [&](SummaryReply const& reply, std::string_view name) {
-        connected = sendAll(&reply, sizeof reply) && sendAll(name.data(), name.size());
+        connected =
+            sendAll(connection, &reply, sizeof reply) && sendAll(connection, name.data(), name.size());
         return connected;
     });
     return connected;
@@ -84,12 +56,13 @@ bool answerWithSummary(std::string const& path) {
 /// One request; false once there will be no more.
 bool serve() {
     RenderRequest request;
-    if (!receiveAll(&request, sizeof request) || request.pathLength > longestText ||
+    if (!receiveAll(connection, &request, sizeof request) || request.pathLength > longestText ||
         request.commandLength > longestText || request.width > longestSide || request.height > longestSide)
         return false;
     std::string path(request.pathLength, '\0');
     std::string command(request.commandLength, '\0');
-    if (!receiveAll(path.data(), path.size()) || !receiveAll(command.data(), command.size()))
+    if (!receiveAll(connection, path.data(), path.size()) ||
+        !receiveAll(connection, command.data(), command.size()))
         return false;
     limitProcessorTime(secondsAPicture);
     return request.kind == RenderKind::archive ? answerWithSummary(path)
@@ -99,9 +72,9 @@ bool serve() {
 } // namespace
 
 int main(int argc, char** argv) {
-    enterSandbox();
+    enterSandbox(mostMegabytes);
     QGuiApplication const application(argc, argv);
-    if (!sendAll(&rendererGreeting, sizeof rendererGreeting))
+    if (!sendAll(connection, &rendererGreeting, sizeof rendererGreeting))
         return 1;
     while (serve()) {
     }

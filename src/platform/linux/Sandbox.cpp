@@ -1,4 +1,4 @@
-#include "platform/linux/renderer/Sandbox.h"
+#include "platform/linux/Sandbox.h"
 
 #include <csignal>
 #include <fstream>
@@ -36,7 +36,7 @@ void leaveNetwork() {
 
 } // namespace
 
-void enterSandbox() {
+void enterSandbox([[maybe_unused]] unsigned mostMegabytes) {
     constexpr rlim_t megabyte = 1 << 20;
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     leaveNetwork();
@@ -45,7 +45,7 @@ void enterSandbox() {
     limit(RLIMIT_FSIZE, 64 * megabyte);
     limit(RLIMIT_NOFILE, 256);
 #ifndef __SANITIZE_ADDRESS__
-    limit(RLIMIT_AS, 2048 * megabyte);
+    limit(RLIMIT_AS, mostMegabytes * megabyte);
 #endif
 }
 

@@ -1,0 +1,61 @@
+#include "platform/linux/Socket.h"
+
+#include <algorithm>
+#include <cerrno>
+
+#include <poll.h>
+#include <sys/socket.h>
+
+namespace taliro {
+
+namespace {
+
+/// How long a wait takes to notice that nobody wants its bytes any more.
+constexpr std::chrono::milliseconds stopDelay{100};
+
+bool waitForBytes(int socket, Patience const& patience) {
+    using namespace std::chrono;
+    while (true) {
+        auto const left = ceil<milliseconds>(patience.until - steady_clock::now());
+        if (left <= milliseconds::zero() || patience.stop.stop_requested())
+            return false;
+        pollfd waited{.fd = socket, .events = POLLIN, .revents = 0};
+        auto const ready = poll(&waited, 1, static_cast<int>(std::min(left, stopDelay).count()));
+        if (ready > 0 || (ready < 0 && errno != EINTR))
+            return ready > 0;
+    }
+}
+
+} // namespace
+
+bool sendAll(int socket, void const* from, std::size_t size) {
+    auto const* next = static_cast<char const*>(from);
+    while (size > 0) {
+        auto const count = send(socket, next, size, MSG_NOSIGNAL);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            return false;
+        next += count;
+        size -= static_cast<std::size_t>(count);
+    }
+    return true;
+}
+
+bool receiveAll(int socket, void* into, std::size_t size, Patience const* patience) {
+    auto* next = static_cast<char*>(into);
+    while (size > 0) {
+        if (patience && !waitForBytes(socket, *patience))
+            return false;
+        auto const count = recv(socket, next, size, 0);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            return false;
+        next += count;
+        size -= static_cast<std::size_t>(count);
+    }
+    return true;
+}
+
+} // namespace taliro
