@@ -145,10 +145,15 @@ protected:
         return {place.midX(), place.midY()};
     }
     QString homeName() { return QString::fromStdString(desktop.home().filename()); }
-    /// Drags to `to`, and lets go once the other program knows what would become of it.
-    void dragOnto(Client& client, std::string const& operation, Spot to) {
+    /// Presses, and goes on once the other program drags: no hand is quicker.
+    void pickUp(Client& client) {
         client.forget();
         hand.press(client.middle());
+        EXPECT_TRUE(hand.hover(client.middle(), [&] { return client.says("began"); })) << client.said();
+    }
+    /// Drags to `to`, and lets go once the other program knows what would become of it.
+    void dragOnto(Client& client, std::string const& operation, Spot to) {
+        pickUp(client);
         EXPECT_TRUE(hand.hover(to, [&] { return client.says("action " + operation); })) << client.said();
         hand.release();
         EXPECT_TRUE(waitFor([&] { return client.says("ended " + operation); })) << client.said();
@@ -173,7 +178,7 @@ TEST_F(Drag, FilesAreMovedInAndCopiedWithTheKey) {
         EXPECT_TRUE(waitFor([&] { return exists("Work/" + odd) && !exists(odd); }));
     }
     auto client = source({"text/uri-list", addressOf("second.txt")});
-    hand.press(client.middle());
+    pickUp(client);
     ASSERT_TRUE(hand.hover(place, [&] { return client.says("action move"); })) << client.said();
     display.keyDown("Control_L");
     EXPECT_TRUE(hand.hover(place, [&] { return client.says("action copy"); })) << client.said();
@@ -215,7 +220,7 @@ TEST_F(Drag, RestingOnFoldersOpensThemTwoDeep) {
     desktop.write("file.txt");
     start();
     auto client = source({"text/uri-list", addressOf("file.txt")});
-    hand.press(client.middle());
+    pickUp(client);
     ASSERT_TRUE(hand.hover(over("outer"), [&] { return shows("inner"); })) << client.said();
     ASSERT_TRUE(hand.hover(over("inner"), [&] { return shows("found.txt"); })) << client.said();
     hand.moveTo(belowRows());
@@ -236,7 +241,7 @@ TEST_F(Drag, RecentsTakeNothing) {
     auto const home =
         program->tree().expect("push button", QString::fromStdString(desktop.home().filename())).place();
     auto client = source({"text/uri-list", addressOf("file.txt")});
-    hand.press(client.middle());
+    pickUp(client);
     ASSERT_TRUE(hand.hover({home.midX(), home.midY()}, [&] { return client.says("action move"); }))
         << client.said();
     client.forget();
@@ -254,7 +259,7 @@ TEST_F(Drag, HowLongItRestedDecidesWhereItFalls) {
     auto const folder = row("folder");
     {
         auto client = source({"text/uri-list", addressOf("passing.txt")});
-        hand.press(client.middle());
+        pickUp(client);
         ASSERT_TRUE(hand.hover(belowRows(), [&] { return client.says("action move"); })) << client.said();
         // A busy machine may be too slow over the folder: then it is entered anew.
         for (bool isQuick = false; !isQuick;) {
@@ -270,7 +275,7 @@ TEST_F(Drag, HowLongItRestedDecidesWhereItFalls) {
     auto client = source({"text/uri-list", addressOf("resting.txt")});
     Spot const beside{belowRows().x, folder.y};
     auto const bare = display.colour(beside.x, beside.y);
-    hand.press(client.middle());
+    pickUp(client);
     ASSERT_TRUE(hand.hover(folder, [&] { return display.colour(beside.x, beside.y) != bare; }));
     hand.release();
     EXPECT_TRUE(waitFor([&] { return exists("Work/folder/resting.txt") && !exists("resting.txt"); }))
@@ -295,7 +300,7 @@ TEST_F(Drag, PathAndSidebarOpenAndTheTrashRemembers) {
         SCOPED_TRACE(place.toStdString());
         desktop.write("from/file.txt", "new");
         auto client = source({"text/uri-list", addressOf("from/file.txt")});
-        hand.press(client.middle());
+        pickUp(client);
         EXPECT_TRUE(hand.hover(on("push button", place), [&] { return shows(shown); })) << client.said();
         hand.release();
         EXPECT_TRUE(waitFor([&] { return !exists("from/file.txt"); })) << client.said();
@@ -325,7 +330,7 @@ TEST_F(Drag, PromisedFilesAreSavedByTheirProgram) {
                                  QString const& shown) {
         SCOPED_TRACE(file);
         auto client = source({"--promise", "../re port.ods", "kept", "text/plain", "re port.ods"});
-        hand.press(client.middle());
+        pickUp(client);
         EXPECT_TRUE(hand.hover(where, [&] {
             return client.says("action copy") &&
                    (shown.isEmpty() || program->tree().find("list item", shown).isShowing());
@@ -345,7 +350,7 @@ TEST_F(Drag, TextBecomesAFile) {
     start();
     auto const place = belowRows();
     auto client = source({"text/plain", "Grüße", "text/html", "<b>Grüße</b>"});
-    hand.press(client.middle());
+    pickUp(client);
     ASSERT_TRUE(hand.hover(place, [&] { return client.says("action copy"); })) << client.said();
     hand.release();
     std::filesystem::path saved;

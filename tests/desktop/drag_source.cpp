@@ -2,8 +2,9 @@
 //
 //   drag_source X Y [--only-copy] [--promise NAME BYTES] [FORMAT DATA…]
 //
-// It prints `action ACTION` when what a drop would do changes, and `ended ACTION` after a drag. A promised
-// file is saved, with these bytes, where the taker says: by the X Direct Save protocol.
+// It prints `began` when a drag is under way, `action ACTION` when what a drop would do changes, and
+// `ended ACTION` after a drag. A promised file is saved, with these bytes, where the taker says: by the X
+// Direct Save protocol.
 #include <QApplication>
 #include <QDrag>
 #include <QFile>
@@ -13,6 +14,7 @@
 #include <QUrl>
 #include <QWidget>
 #include <cstdio>
+#include <string>
 #include <xcb/xcb.h>
 
 namespace {
@@ -101,18 +103,22 @@ protected:
         }
         drag->setMimeData(data);
         connect(drag, &QDrag::actionChanged, this, [](Qt::DropAction action) { print("action", action); });
+        QTimer::singleShot(0, this, [] { say("began"); });
         print("ended", drag->exec(m_actions, Qt::CopyAction));
         m_dragging = false;
     }
 
 private:
-    static void print(char const* what, Qt::DropAction action) {
-        std::printf("%s %s\n", what,
-                    action == Qt::MoveAction   ? "move"
-                    : action == Qt::CopyAction ? "copy"
-                    : action == Qt::LinkAction ? "link"
-                                               : "none");
+    static void say(char const* line) {
+        std::puts(line);
         std::fflush(stdout);
+    }
+    static void print(std::string const& what, Qt::DropAction action) {
+        say((what + (action == Qt::MoveAction   ? " move"
+                     : action == Qt::CopyAction ? " copy"
+                     : action == Qt::LinkAction ? " link"
+                                                : " none"))
+                .c_str());
     }
 
     QStringList m_offered;
