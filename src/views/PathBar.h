@@ -19,8 +19,6 @@ public:
     void setUrl(Url const& url);
     /// A component was clicked.
     std::function<void(Url const&)> onNavigate;
-    /// The folder or item whose component is at `position`.
-    std::optional<Url> componentAt(QPoint position) const;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return {0, 22}; }
