@@ -8,7 +8,7 @@ packages_for() {
     case $1 in
     build) echo "ninja-build ccache mold cmake g++ pkg-config libicu-dev libplist-dev nlohmann-json3-dev
         qt6-base-dev qt6-svg-dev libpoppler-qt6-dev libxcb1-dev libxcb-xfixes0-dev libxcb-xinput-dev
-        libxcb-xtest0-dev libxcb-xkb-dev libxcb-randr0-dev libxcb-shape0-dev libxcb-icccm4-dev libxkbcommon-dev
+        libxcb-xtest0-dev libxcb-xkb-dev libxcb-shape0-dev libxkbcommon-dev
         libxkbcommon-x11-dev libglib2.0-dev libarchive-dev libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev
         libgtest-dev libgmock-dev" ;;
     run) echo "qt6-qpa-plugins libqt6svg6 shared-mime-info adwaita-icon-theme dbus fonts-inter qt6-image-formats-plugins
