@@ -97,6 +97,8 @@ void PathBar::setUrl(Url const& url) {
                 onNavigate(target);
         });
         m_components.push_back(component);
+        if (onComponentMade)
+            onComponentMade(*component, chain[i]);
     }
     layOut();
     updateGeometry();

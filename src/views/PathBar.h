@@ -17,6 +17,8 @@ public:
     explicit PathBar(QWidget* parent = nullptr);
 
     void setUrl(Url const& url);
+    /// The button of a component was made; it stands for the same one as long as it lives.
+    std::function<void(QWidget&, Url const&)> onComponentMade;
     /// A component was clicked.
     std::function<void(Url const&)> onNavigate;
 
