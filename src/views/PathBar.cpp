@@ -161,11 +161,4 @@ void PathBar::paintEvent(QPaintEvent*) {
                        "chevron.right", 9, colors().text3);
 }
 
-std::optional<Url> PathBar::componentAt(QPoint position) const {
-    for (auto const* component : m_components)
-        if (component->isVisible() && component->geometry().contains(position))
-            return component->url();
-    return std::nullopt;
-}
-
 } // namespace taliro

@@ -21,8 +21,6 @@ public:
     std::function<void(QWidget&, Url const&)> onComponentMade;
     /// A component was clicked.
     std::function<void(Url const&)> onNavigate;
-    /// The folder or item whose component is at `position`.
-    std::optional<Url> componentAt(QPoint position) const;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return {0, 22}; }
