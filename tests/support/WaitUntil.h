@@ -12,8 +12,10 @@ bool waitUntil(auto const& condition) {
     QDeadlineTimer const end(60000);
     QTimer look;
     look.start(10);
-    while (!condition() && !end.hasExpired())
+    while (!condition() && !end.hasExpired()) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 50); // And what follows from it.
+    }
     return condition();
 }
 
