@@ -101,7 +101,9 @@ bool RandomUser::rest() {
     closeMenus();
     for (int i = 0; i < 4; ++i)
         m_display.key("Escape");
-    return runProgram(m_desktop, {m_desktop.home()}) == 0;
+    bool const isHeard = runProgram(m_desktop, {m_desktop.home()}) == 0;
+    clickOutside();
+    return isHeard;
 }
 
 /// Those of the program, or of another; not the icon in the tray.
