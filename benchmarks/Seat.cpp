@@ -1,32 +1,12 @@
 #include "Seat.h"
 
-#include <xcb/xtest.h>
+#include "desktop/Servers.h"
 
-#include <fcntl.h>
-#include <unistd.h>
+#include <xcb/xtest.h>
 
 namespace taliro::bench {
 
 using testing::Process;
-
-namespace {
-
-/// Runs a program that tells one line through its descriptor 3; the line.
-std::string startAndListen(Process& process, std::vector<std::string> const& command,
-                           testing::Environment const& environment, std::filesystem::path const& log) {
-    int ends[2];
-    if (::pipe2(ends, O_CLOEXEC) != 0)
-        return {};
-    process = Process(command, environment, log, "/", ends[1]);
-    ::close(ends[1]);
-    std::string line;
-    for (char letter = 0; ::read(ends[0], &letter, 1) == 1 && letter != '\n';)
-        line += letter;
-    ::close(ends[0]);
-    return line;
-}
-
-} // namespace
 
 Seat::~Seat() {
     if (m_connection)
@@ -46,12 +26,10 @@ Process Seat::run(std::vector<std::string> const& command) const {
 }
 
 bool Seat::startServer() {
-    auto const screen = std::to_string(width) + 'x' + std::to_string(height) + "x24";
-    auto const number = startAndListen(
-        m_server, {"Xvfb", "-displayfd", "3", "-screen", "0", screen, "-nolisten", "tcp", "-noreset"},
-        m_environment, m_home / ".log");
-    m_environment["DISPLAY"] = ":" + number;
-    m_connection = xcb_connect(m_environment["DISPLAY"].c_str(), nullptr);
+    auto server = testing::startXServer(width, height, m_environment, m_home / ".log");
+    m_server = std::move(server.process);
+    m_environment["DISPLAY"] = server.address;
+    m_connection = xcb_connect(server.address.c_str(), nullptr);
     if (xcb_connection_has_error(m_connection) != 0)
         return false;
     m_screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
@@ -59,10 +37,10 @@ bool Seat::startServer() {
 }
 
 bool Seat::startBus() {
-    auto const address = startAndListen(m_bus, {"dbus-daemon", "--session", "--nofork", "--print-address=3"},
-                                        m_environment, m_home / ".log");
-    m_environment["DBUS_SESSION_BUS_ADDRESS"] = address;
-    return !address.empty();
+    auto bus = testing::startBus(m_environment, m_home / ".log");
+    m_bus = std::move(bus.process);
+    m_environment["DBUS_SESSION_BUS_ADDRESS"] = bus.address;
+    return !bus.address.empty();
 }
 
 bool Seat::startWindowManager() {

@@ -1,10 +1,6 @@
 # Where everything goes: the bundle to <prefix>/lib/taliro, links to its programs to <prefix>/bin, and
 # what the desktop reads to <prefix>/share.
 
-if(NOT TARGET Taliro OR NOT TARGET taliro)
-    return()
-endif()
-
 # All that build/<preset>/bundle holds.
 add_custom_target(bundle)
 add_dependencies(bundle Taliro taliro taliro-renderer taliro-player)

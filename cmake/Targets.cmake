@@ -10,8 +10,7 @@ target_precompile_headers(taliro_core PRIVATE ${CMAKE_SOURCE_DIR}/cmake/CorePref
 # The Linux desktop behind the platform interfaces.
 add_library(taliro_linux STATIC)
 target_link_libraries(taliro_linux PUBLIC taliro_core Qt6::Core Qt6::Gui Qt6::Widgets Qt6::DBus
-                      PRIVATE Qt6::Network Qt6::Svg Qt6::Concurrent PkgConfig::PLIST PkgConfig::XCB PkgConfig::XKB
-                              PkgConfig::GIO PkgConfig::ARCHIVE PkgConfig::POPPLER)
+                      PRIVATE Qt6::Network PkgConfig::PLIST PkgConfig::XCB PkgConfig::XKB PkgConfig::GIO)
 set_target_properties(taliro_linux PROPERTIES AUTOMOC ON)
 target_precompile_headers(taliro_linux PRIVATE ${CMAKE_SOURCE_DIR}/cmake/QtPrefix.h)
 

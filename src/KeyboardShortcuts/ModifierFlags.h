@@ -23,7 +23,6 @@ struct ModifierFlags {
     constexpr bool contains(ModifierFlags other) const {
         return (rawValue & other.rawValue) == other.rawValue;
     }
-    constexpr bool intersects(ModifierFlags other) const { return (rawValue & other.rawValue) != 0; }
     constexpr ModifierFlags without(ModifierFlags other) const { return {rawValue & ~other.rawValue}; }
     constexpr ModifierFlags operator|(ModifierFlags other) const { return {rawValue | other.rawValue}; }
     constexpr ModifierFlags& operator|=(ModifierFlags other) {

@@ -45,11 +45,11 @@ std::expected<CommandLine, std::string> CommandLine::parse(std::span<char const*
 
 std::string_view CommandLine::helpText() {
     return "Usage: Taliro [PATH...]\n"
-           "Shows the file browser, at the given folders or files if there are any. Where Taliro runs "
-           "already, it "
-           "shows them and this start ends.\n\n"
-           "  -h, --help     show this text\n"
-           "      --version  show the version\n";
+           "Shows the file browser, at the given folders or files if there are any.\n"
+           "Where Taliro runs already, it shows them and this start ends.\n"
+           "\n"
+           "  -h, --help     this text\n"
+           "      --version  the version\n";
 }
 
 } // namespace taliro

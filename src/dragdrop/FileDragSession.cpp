@@ -5,14 +5,19 @@
 #include "dragdrop/InAppDropLatch.h"
 #include "foundation/MainQueue.h"
 #include "platform/Platform.h"
+#include "platform/WindowManager.h"
 #include "views/FileIcons.h"
 
+#include <QBitmap>
 #include <QDrag>
+#include <QEvent>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPointer>
 #include <QWidget>
+#include <QWindow>
 #include <algorithm>
+#include <optional>
 
 namespace taliro {
 
@@ -58,10 +63,35 @@ QPixmap fanOf(std::vector<Url> const& urls, qreal devicePixelRatio) {
     return fan;
 }
 
+/// Cuts the window that a drag's picture is shown in to the picture's shape, as long as it lives: without a
+/// compositor it is an opaque box.
+class PictureShape : public QObject {
+public:
+    explicit PictureShape(QPixmap const& picture) {
+        auto const points = picture.deviceIndependentSize().toSize();
+        auto const image = picture.toImage().scaled(points, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        m_shape = QRegion(QBitmap::fromImage(image.createAlphaMask()));
+        qGuiApp->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Show && watched->inherits("QShapedPixmapWindow"))
+            static_cast<QWindow*>(watched)->setMask(m_shape);
+        return false;
+    }
+
+private:
+    QRegion m_shape;
+};
+
 void drag(QWidget& window, Url const& leading, std::vector<Url> urls, Platform& platform) {
     auto* const drag =
         new QDrag(&window); // which outlives the rows: the drag may close the pane it came from
     drag->setPixmap(fanOf(urls, window.devicePixelRatioF()));
+    std::optional<PictureShape> shape;
+    if (!platform.windowManager.isComposited())
+        shape.emplace(drag->pixmap());
     drag->setHotSpot({iconPoints / 2, iconPoints / 2});
     drag->setMimeData(new FileDragMime(std::move(urls), platform));
     InAppDropLatch::armed = false; // by a drag of another program, whose end we don't hear of

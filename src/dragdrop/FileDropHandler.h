@@ -10,7 +10,8 @@ namespace taliro {
 class ToastCenter;
 struct Platform;
 
-/// Moves or copies what is dropped on a folder, and says what became of it by a toast.
+/// Moves or copies what is dropped on a folder, puts into the trash what is dropped on that, and says what
+/// became of it by a toast.
 class FileDropHandler {
 public:
     FileDropHandler(Platform& platform, ToastCenter& toasts, ProgressCenter& progress);

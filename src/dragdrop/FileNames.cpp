@@ -1,10 +1,10 @@
 #include "dragdrop/FileNames.h"
 
-#include "dragdrop/Pasteboard.h"
+#include "foundation/Text.h"
+#include "foundation/TextDecoding.h"
 #include "platform/FileManager.h"
 
 #include <algorithm>
-#include <cctype>
 #include <chrono>
 #include <cstdio>
 #include <map>
@@ -55,12 +55,6 @@ void removeControlCharacters(std::string& utf8) {
         else
             ++i;
     }
-}
-
-std::string lowercasedAscii(std::string_view text) {
-    std::string lower(text);
-    std::ranges::transform(lower, lower.begin(), [](unsigned char c) { return std::tolower(c); });
-    return lower;
 }
 
 /// `; name=value; name="quoted \" value"` read into lower-case names.

@@ -1,62 +1,13 @@
 #include "dragdrop/Pasteboard.h"
 
 #include "foundation/Text.h"
-
-#include <unicode/ucnv.h>
+#include "foundation/TextDecoding.h"
 
 #include <algorithm>
-#include <cctype>
 
 namespace taliro {
 
 namespace {
-
-/// Nothing where ICU doesn't know the encoding.
-std::optional<std::string> converted(std::string_view bytes, char const* charset) {
-    auto error = U_ZERO_ERROR;
-    auto const capacity = static_cast<std::int32_t>(bytes.size() * 4 + 4);
-    std::string utf8(static_cast<std::size_t>(capacity), '\0');
-    auto const length = ucnv_convert("UTF-8", charset, utf8.data(), capacity, bytes.data(),
-                                     static_cast<std::int32_t>(bytes.size()), &error);
-    if (U_FAILURE(error))
-        return std::nullopt;
-    utf8.resize(static_cast<std::size_t>(length));
-    return utf8;
-}
-
-/// The encoding that the byte order mark names, and how long the mark is.
-std::pair<char const*, std::size_t> byteOrderMark(std::string_view bytes) {
-    using namespace std::string_view_literals;
-    if (bytes.starts_with("\xEF\xBB\xBF"sv))
-        return {"UTF-8", 3};
-    if (bytes.starts_with("\xFF\xFE"sv))
-        return {"UTF-16LE", 2};
-    if (bytes.starts_with("\xFE\xFF"sv))
-        return {"UTF-16BE", 2};
-    return {nullptr, 0};
-}
-
-/// UTF-16 without a mark shows by the zero halves of its ASCII letters.
-char const* guessedEncoding(std::string_view bytes) {
-    std::size_t zeros[2] = {0, 0};
-    auto const looked = std::min<std::size_t>(bytes.size(), 512);
-    for (std::size_t i = 0; i < looked; ++i)
-        zeros[i % 2] += bytes[i] == '\0';
-    if (bytes.size() >= 2 && bytes.size() % 2 == 0 && zeros[0] != zeros[1])
-        return zeros[1] > zeros[0] ? "UTF-16LE" : "UTF-16BE";
-    return isValidUtf8(bytes) ? "UTF-8" : "windows-1252";
-}
-
-std::string withoutTrailingNuls(std::string text) {
-    text.erase(text.find_last_not_of('\0') + 1);
-    return text;
-}
-
-std::string lowercasedAscii(std::string_view text) {
-    std::string lower(text);
-    std::ranges::transform(lower, lower.begin(), [](unsigned char c) { return std::tolower(c); });
-    return lower;
-}
 
 /// `text/plain;charset=utf-16` → `utf-16`
 std::string charsetOf(std::string_view format) {
@@ -87,22 +38,6 @@ bool declaresCharset(std::string_view html) {
 }
 
 } // namespace
-
-std::string textAsUtf8(std::string_view bytes, std::string_view charset) {
-    if (auto const [encoding, length] = byteOrderMark(bytes); encoding)
-        return withoutTrailingNuls(converted(bytes.substr(length), encoding).value_or(std::string()));
-    if (!charset.empty()) {
-        // Without a mark, UTF-16 comes in this machine's order or in the one that the bytes show.
-        auto const plainUtf16 = charset == "utf-16" || charset == "iso-10646-ucs-2";
-        auto const* const guess = plainUtf16 ? guessedEncoding(bytes) : nullptr;
-        auto const named = !guess                               ? std::string(charset)
-                           : guess[0] == 'U' && guess[4] == '1' ? guess
-                                                                : "UTF-16LE";
-        if (auto text = converted(bytes, named.c_str()))
-            return withoutTrailingNuls(std::move(*text));
-    }
-    return withoutTrailingNuls(converted(bytes, guessedEncoding(bytes)).value_or(std::string(bytes)));
-}
 
 bool Pasteboard::has(std::string_view format) const {
     return std::ranges::find(formats, format) != formats.end();

@@ -36,8 +36,4 @@ enum class DropOperation { copy, move };
 /// Files are moved, or copied while the command key is held; everything else can only be copied.
 DropOperation proposedOperation(bool carriesFiles, bool commandHeld);
 
-/// Text of any common encoding as UTF-8. A byte order mark decides, then `charset` if given, then the look of
-/// the bytes: UTF-8 where valid, UTF-16 where every other byte is zero, Windows-1252 (Latin-1) otherwise.
-std::string textAsUtf8(std::string_view bytes, std::string_view charset = {});
-
 } // namespace taliro

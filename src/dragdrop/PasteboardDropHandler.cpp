@@ -13,6 +13,7 @@
 #include "platform/ImageCodec.h"
 #include "platform/NewFiles.h"
 #include "platform/Platform.h"
+#include "platform/StandardFolders.h"
 
 namespace taliro {
 
@@ -28,7 +29,8 @@ struct ImageFormat {
 constexpr ImageFormat imageFormats[] = {
     {"image/png", "png", false},   {"image/jpeg", "jpg", false},  {"image/jpg", "jpg", false},
     {"image/tiff", "tiff", true},  {"image/bmp", "bmp", true},    {"image/x-bmp", "bmp", true},
-    {"image/heic", "heic", false}, {"image/heif", "heic", false},
+    {"image/heic", "heic", false}, {"image/heif", "heic", false}, {"image/gif", "gif", false},
+    {"image/webp", "webp", false}, {"image/avif", "avif", false}, {"image/svg+xml", "svg", false},
 };
 
 } // namespace
@@ -63,8 +65,12 @@ PasteboardDropHandler& PasteboardDropHandler::shared() {
 
 bool PasteboardDropHandler::routeDrop(Pasteboard const& pasteboard, Url const& folder, bool copy) {
     InAppDropLatch::armed = true;
-    return takeFiles(pasteboard, folder, copy) || takeImage(pasteboard, folder) ||
-           takePromise(pasteboard, folder) || takeLink(pasteboard, folder) || takeText(pasteboard, folder);
+    if (takeFiles(pasteboard, folder, copy))
+        return true;
+    if (m_platform.standardFolders.isTrash(folder)) // nothing is made only to be thrown away
+        return false;
+    return takeImage(pasteboard, folder) || takePromise(pasteboard, folder) || takeLink(pasteboard, folder) ||
+           takeText(pasteboard, folder);
 }
 
 bool PasteboardDropHandler::takeFiles(Pasteboard const& pasteboard, Url const& folder, bool copy) {

@@ -168,6 +168,13 @@ bool isValidUtf8(std::string_view bytes) {
     return true;
 }
 
+std::string lowercasedAscii(std::string_view text) {
+    std::string lower(text);
+    std::ranges::transform(lower, lower.begin(),
+                           [](char c) { return c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c; });
+    return lower;
+}
+
 std::string legible(std::string_view bytes) {
     bool plain = true;
     for (unsigned char byte : bytes)

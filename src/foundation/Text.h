@@ -34,6 +34,8 @@ std::string_view trimmingWhitespace(std::string_view text);
 std::string_view trimmingWhitespaceAndNewlines(std::string_view text);
 
 bool isValidUtf8(std::string_view bytes);
+/// Other letters than A to Z stay as they are.
+std::string lowercasedAscii(std::string_view text);
 /// A name for reading: bytes that are not UTF-8 as U+FFFD, control characters as their visible pictures.
 std::string legible(std::string_view bytes);
 

@@ -55,17 +55,31 @@ std::optional<std::string> convert(std::string_view bytes, char const* encoding)
     return utf8;
 }
 
-/// UTF-16 without a mark shows by zeros that all stand at even, or all at odd places.
-char const* unmarkedWide(std::string_view bytes) {
-    std::size_t zeros[2] = {0, 0};
+/// How many zero bytes stand at even and at odd places: ASCII letters in UTF-16 have theirs all at one.
+std::pair<std::size_t, std::size_t> zeros(std::string_view bytes) {
+    std::size_t counts[2] = {0, 0};
     for (std::size_t i = 0; i < bytes.size(); ++i)
-        zeros[i % 2] += bytes[i] == '\0' ? 1 : 0;
+        counts[i % 2] += bytes[i] == '\0' ? 1 : 0;
+    return {counts[0], counts[1]};
+}
+
+/// UTF-16 without a mark, among bytes that may be anything.
+char const* unmarkedWide(std::string_view bytes) {
+    auto const [even, odd] = zeros(bytes);
     auto const enough = bytes.size() / 5;
-    if (zeros[1] > enough && zeros[0] == 0)
+    if (odd > enough && even == 0)
         return "UTF-16LE";
-    if (zeros[0] > enough && zeros[1] == 0)
+    if (even > enough && odd == 0)
         return "UTF-16BE";
     return nullptr;
+}
+
+/// The same among what is known to be text: there, few zeros say enough.
+char const* likelyWide(std::string_view text) {
+    auto const [even, odd] = zeros(text.substr(0, 512));
+    if (text.size() % 2 != 0 || even == odd)
+        return nullptr;
+    return odd > even ? "UTF-16LE" : "UTF-16BE";
 }
 
 /// A few odd control characters are forgiven, as in captured terminal output; many are the sign of other
@@ -90,6 +104,11 @@ std::string detectEncoding(std::string_view bytes) {
     return found == "ISO-8859-1" ? "windows-1252" : found;
 }
 
+std::string withoutTrailingNuls(std::string text) {
+    text.erase(text.find_last_not_of('\0') + 1);
+    return text;
+}
+
 } // namespace
 
 std::optional<DecodedText> decodeText(std::string_view bytes) {
@@ -111,6 +130,20 @@ std::optional<DecodedText> decodeText(std::string_view bytes) {
     auto const encoding = wide ? std::string(wide) : detectEncoding(bytes);
     auto text = convert(bytes, encoding.c_str());
     return text ? std::optional(DecodedText{std::move(*text), encoding}) : std::nullopt;
+}
+
+std::string textAsUtf8(std::string_view bytes, std::string_view charset) {
+    for (auto const& mark : marks)
+        if (bytes.starts_with(mark.bytes))
+            return withoutTrailingNuls(convert(bytes.substr(mark.bytes.size()), mark.encoding).value_or(""));
+    auto const* const wide = likelyWide(bytes);
+    std::string named(charset);
+    if (charset == "utf-16" || charset == "iso-10646-ucs-2")
+        named = wide ? wide : "UTF-16LE"; // The name leaves the order open; this is most machines'.
+    auto text = named.empty() ? std::nullopt : convert(bytes, named.c_str());
+    if (!text)
+        text = convert(bytes, wide ? wide : isValidUtf8(bytes) ? "UTF-8" : "windows-1252");
+    return withoutTrailingNuls(text ? std::move(*text) : std::string(bytes));
 }
 
 } // namespace taliro

@@ -16,4 +16,9 @@ struct DecodedText {
 /// out.
 std::optional<DecodedText> decodeText(std::string_view bytes);
 
+/// What is known to be text, of any common encoding, as UTF-8. A byte order mark decides, then `charset` if
+/// given, then the look of the bytes: UTF-8 where valid, UTF-16 where every other byte is zero, Windows-1252
+/// (Latin-1) otherwise.
+std::string textAsUtf8(std::string_view bytes, std::string_view charset = {});
+
 } // namespace taliro

@@ -38,6 +38,9 @@ public:
     /// A rename, or between volumes a copy whose source is removed once the copy is safe on disk.
     /// `device_or_resource_busy` where the source changed meanwhile: what changed is still in its old place.
     virtual Result move(Url source, Url destination, Report report) = 0;
+    /// Into the trash of the item's volume, from where it can be restored. `operation_not_supported` where
+    /// the volume has none: the item stays.
+    virtual Result trash(Url item) = 0;
     /// Removes, in the background, what copies of an earlier run that was killed left half-made.
     virtual void removeLeftovers() = 0;
 };

@@ -15,6 +15,10 @@ public:
     virtual ~StandardFolders() = default;
     /// Nothing where the user has no such folder set up. What is told need not exist.
     virtual std::optional<Url> url(StandardFolder folder) = 0;
+    bool isTrash(Url const& folder) {
+        auto const trash = url(StandardFolder::trash);
+        return trash && trash->standardized() == folder.standardized();
+    }
     /// The name that `folder` gives itself in the user's language; nothing where it gives none.
     virtual std::optional<std::string> localizedName(Url const& folder) = 0;
 };

@@ -31,8 +31,8 @@ constexpr char usage[] =
     "Shows folders, and files in their folders, in Taliro; starts it if it isn't running.\n"
     "A PATH may be relative, or a file: URL. Without one, Taliro comes to the front.\n"
     "\n"
-    "  --help     this text\n"
-    "  --version  the version\n";
+    "  -h, --help     this text\n"
+    "      --version  the version\n";
 
 struct Unref {
     void operator()(gpointer object) const { g_object_unref(object); }

@@ -20,7 +20,6 @@ public:
     /// Starts over with the current folder alone.
     void resetColumns() { m_chain.resetColumns(); }
 
-    std::vector<ColumnPane*> const& panes() const { return m_panes; }
     Url const& deepestRoot() const { return m_chain.columnRoots().back(); }
     /// The deepest pane's.
     RowList const& deepestRows();

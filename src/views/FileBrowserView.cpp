@@ -2,6 +2,7 @@
 
 #include "app/AppSettings.h"
 #include "browsing/RecentsStore.h"
+#include "dragdrop/FileDropTarget.h"
 #include "dragdrop/NewFolderCoordinator.h"
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
@@ -115,6 +116,11 @@ QWidget* FileBrowserView::buildPathRow() {
             m_state.navigate(url);
         else
             m_state.selectSingle(url);
+    };
+    m_pathBar->onComponentMade = [this](QWidget& component, Url const& url) {
+        if (url.hasDirectoryPath())
+            attachFolderDrop(
+                component, [url] { return url; }, m_state, m_platform);
     };
     m_smartFolder = new SmartFolderLabel(row);
     layout->addWidget(m_pathBar, 1);

@@ -1,7 +1,6 @@
 #include "views/ItemView.h"
 
 #include "platform/Platform.h"
-#include "views/Drawing.h"
 #include "views/Names.h"
 #include "views/RowModel.h"
 
@@ -92,13 +91,6 @@ void ItemView::updateItem(Url const& url) {
     for (int row = first; row < last; ++row)
         if (rows()[static_cast<std::size_t>(row)].url == url)
             viewport()->update(cellRect(row).translated(0, -verticalOffset()));
-}
-
-void ItemView::setDropHighlight(std::optional<Url> url) {
-    if (m_dropHighlight == url)
-        return;
-    m_dropHighlight = std::move(url);
-    viewport()->update();
 }
 
 void ItemView::reveal(Url const& url, Place place) {
@@ -204,10 +196,7 @@ void ItemView::updateGeometries() {
 }
 
 void ItemView::scrollContentsBy(int, int dy) {
-    if (m_dropHighlight)
-        viewport()->update();
-    else
-        viewport()->scroll(0, dy);
+    viewport()->scroll(0, dy);
 }
 
 int ItemView::verticalOffset() const {
@@ -228,16 +217,6 @@ void ItemView::paintEvent(QPaintEvent* event) {
         auto const& entry = rows()[static_cast<std::size_t>(row)];
         paintCell(painter, cellRect(row).translated(0, -verticalOffset()), entry, isSelected(entry.url));
     }
-    if (m_dropHighlight)
-        paintDropHighlight(painter);
-}
-
-void ItemView::paintDropHighlight(QPainter& painter) const {
-    auto const cell = rectOf(*m_dropHighlight).adjusted(1, 1, -1, -1);
-    if (cell.isEmpty())
-        return;
-    fillRounded(painter, cell, 4, faded(colors().accent, .15));
-    strokeRounded(painter, cell, 4, colors().accent, 2);
 }
 
 void ItemView::press(QMouseEvent const& event, int clicks) {

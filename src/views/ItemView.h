@@ -35,8 +35,6 @@ public:
     std::optional<FileEntry> entryAt(QPoint position) const;
     /// Where `url` is in the viewport's coordinates, be it out of sight; empty where it isn't listed.
     QRect rectOf(Url const& url) const;
-    /// Marks the folder that a drag will be dropped into.
-    void setDropHighlight(std::optional<Url> url);
 
     enum class Place { nearest, centre };
     void reveal(Url const& url, Place place);
@@ -103,14 +101,12 @@ private:
     void press(QMouseEvent const& event, int clicks);
     bool isSelected(Url const& url) const;
     void syncSelectionModel();
-    void paintDropHighlight(QPainter& painter) const;
 
     BrowserState& m_state;
     RowModel* m_model;
     Refresher m_selectionRefresher;
     std::optional<Url> m_shownSelection;
     mutable std::size_t m_rowGuess = 0; ///< where a row was found last
-    std::optional<Url> m_dropHighlight;
     QPropertyAnimation m_scrolling;
 
     struct Press {

@@ -97,6 +97,8 @@ void PathBar::setUrl(Url const& url) {
                 onNavigate(target);
         });
         m_components.push_back(component);
+        if (onComponentMade)
+            onComponentMade(*component, chain[i]);
     }
     layOut();
     updateGeometry();
@@ -157,13 +159,6 @@ void PathBar::paintEvent(QPaintEvent*) {
         if (m_components[i]->isVisible())
             drawSymbol(painter, QRectF(m_components[i]->geometry().right() + 1, 0, chevronGap, barHeight),
                        "chevron.right", 9, colors().text3);
-}
-
-std::optional<Url> PathBar::componentAt(QPoint position) const {
-    for (auto const* component : m_components)
-        if (component->isVisible() && component->geometry().contains(position))
-            return component->url();
-    return std::nullopt;
 }
 
 } // namespace taliro

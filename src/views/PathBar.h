@@ -17,10 +17,10 @@ public:
     explicit PathBar(QWidget* parent = nullptr);
 
     void setUrl(Url const& url);
+    /// The button of a component was made; it stands for the same one as long as it lives.
+    std::function<void(QWidget&, Url const&)> onComponentMade;
     /// A component was clicked.
     std::function<void(Url const&)> onNavigate;
-    /// The folder or item whose component is at `position`.
-    std::optional<Url> componentAt(QPoint position) const;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return {0, 22}; }

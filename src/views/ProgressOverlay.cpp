@@ -15,7 +15,7 @@ namespace taliro {
 
 namespace {
 
-constexpr int cardWidth = 340;
+constexpr int cardWidth = 392; ///< a rate, two sizes and the time left side by side
 constexpr int cardHeight = 64;
 constexpr int spacing = 8;
 constexpr int margin = 12;

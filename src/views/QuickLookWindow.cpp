@@ -1,6 +1,5 @@
 #include "views/QuickLookWindow.h"
 
-#include "foundation/Text.h"
 #include "platform/FileManager.h"
 #include "platform/Platform.h"
 #include "platform/PreviewService.h"

@@ -20,10 +20,8 @@ public:
         active = 1,
         checked = 4,
         enabled = 8,
-        expanded = 10,
         focused = 12,
         selected = 23,
-        sensitive = 24,
         showing = 25,
         visible = 30
     };

@@ -1,10 +1,11 @@
 #include "desktop/Desktop.h"
 
+#include "desktop/Servers.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <iostream>
-#include <unistd.h>
 
 namespace taliro::testing {
 
@@ -18,31 +19,6 @@ std::string inherited(char const* name, char const* fallback) {
     char const* value = std::getenv(name);
     return value ? value : fallback;
 }
-
-/// One line that a child writes to its descriptor 3.
-class Channel {
-public:
-    Channel() { EXPECT_EQ(::pipe(m_ends), 0); }
-    ~Channel() {
-        ::close(m_ends[0]);
-        closeWriter();
-    }
-    int writer() const { return m_ends[1]; }
-    std::string readLine() {
-        closeWriter();
-        std::string line;
-        for (char letter = 0; ::read(m_ends[0], &letter, 1) == 1 && letter != '\n';)
-            line += letter;
-        return line;
-    }
-
-private:
-    void closeWriter() {
-        if (m_ends[1] >= 0)
-            ::close(std::exchange(m_ends[1], -1));
-    }
-    int m_ends[2]{-1, -1};
-};
 
 std::string nextName(char const* prefix) {
     static std::atomic<int> count{0};
@@ -87,26 +63,21 @@ Desktop::~Desktop() {
 }
 
 void Desktop::startServer(Options const& options) {
-    Channel channel;
-    auto const screen = std::to_string(options.width) + 'x' + std::to_string(options.height) + "x24";
-    m_server = Process({"Xvfb", "-displayfd", "3", "-screen", "0", screen, "-nolisten", "tcp", "-noreset"},
-                       m_environment, log("Xvfb"), "/", channel.writer());
-    auto const number = channel.readLine();
-    ASSERT_FALSE(number.empty()) << "no X server: " << contentsOf(log("Xvfb"));
-    m_displayName = ':' + number;
+    auto server = testing::startXServer(options.width, options.height, m_environment, log("Xvfb"));
+    ASSERT_FALSE(server.address.empty()) << "no X server: " << contentsOf(log("Xvfb"));
+    m_server = std::move(server.process);
+    m_displayName = server.address;
     m_environment["DISPLAY"] = m_displayName;
     m_display = std::make_unique<Display>(m_displayName);
 }
 
 void Desktop::startBus() {
-    Channel channel;
-    m_busDaemon = Process({"dbus-daemon", "--session", "--nofork", "--print-address=3"}, m_environment,
-                          log("bus"), "/", channel.writer());
-    auto const address = channel.readLine();
-    ASSERT_FALSE(address.empty()) << "no bus: " << contentsOf(log("bus"));
-    m_environment["DBUS_SESSION_BUS_ADDRESS"] = address;
+    auto bus = testing::startBus(m_environment, log("bus"));
+    ASSERT_FALSE(bus.address.empty()) << "no bus: " << contentsOf(log("bus"));
+    m_busDaemon = std::move(bus.process);
+    m_environment["DBUS_SESSION_BUS_ADDRESS"] = bus.address;
     m_busName = QString::fromStdString(nextName("desktop"));
-    m_bus = QDBusConnection::connectToBus(QString::fromStdString(address), m_busName);
+    m_bus = QDBusConnection::connectToBus(QString::fromStdString(bus.address), m_busName);
     ASSERT_TRUE(m_bus->isConnected());
 }
 
@@ -128,16 +99,6 @@ void Desktop::startTray() {
     auto const configuration = m_folder.write("tint2rc", trayConfiguration);
     m_tray = Process({"tint2", "-c", configuration}, m_environment, log("tint2"));
     EXPECT_TRUE(waitFor([&] { return m_display->hasOwner("_NET_SYSTEM_TRAY_S0"); }));
-}
-
-void Desktop::startCompositor() {
-    m_compositor =
-        Process({"picom", "--backend", "xrender", "--config", "/dev/null"}, m_environment, log("picom"));
-    EXPECT_TRUE(waitFor([&] { return m_display->hasOwner("_NET_WM_CM_S0"); }));
-}
-
-void Desktop::takePicture(std::string const& path) const {
-    Process({"import", "-window", "root", path}, m_environment, log("import")).waitForExit();
 }
 
 std::filesystem::path Program::built() {

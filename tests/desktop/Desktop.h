@@ -42,10 +42,6 @@ public:
     std::filesystem::path makeFolder(std::string const& relative) const;
 
     void startTray();
-    /// Programs paint translucent windows and shadows from then on.
-    void startCompositor();
-    /// For a person: the screen as a PNG.
-    void takePicture(std::string const& path) const;
 
 private:
     void startServer(Options const& options);
@@ -63,7 +59,6 @@ private:
     std::unique_ptr<AccessibilityBus> m_accessibility;
     Process m_windowManager;
     Process m_tray;
-    Process m_compositor;
 };
 
 /// The program under test, started on a desktop.

@@ -8,6 +8,7 @@
 #include <xkbcommon/xkbcommon.h>
 
 #include <algorithm>
+#include <cstring>
 #include <ostream>
 #include <ranges>
 
@@ -152,6 +153,18 @@ xcb_window_t Display::underPointer() {
         child = reply ? reply->child : xcb_window_t{XCB_NONE};
     }
     return found;
+}
+
+std::uint32_t Display::colour(int x, int y) {
+    Reply<xcb_get_image_reply_t> const reply(xcb_get_image_reply(
+        m_connection,
+        xcb_get_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, root(), static_cast<std::int16_t>(x),
+                      static_cast<std::int16_t>(y), 1, 1, ~0u),
+        nullptr));
+    std::uint32_t colour = 0;
+    if (reply && xcb_get_image_data_length(reply.get()) >= 4)
+        std::memcpy(&colour, xcb_get_image_data(reply.get()), 4);
+    return colour;
 }
 
 bool Display::isKeyboardGrabbed() {

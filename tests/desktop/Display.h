@@ -61,6 +61,8 @@ public:
     xcb_window_t focused();
     /// The innermost window under the pointer: who gets a press there.
     xcb_window_t underPointer();
+    /// Of a point of the screen, as it is shown.
+    std::uint32_t colour(int x, int y);
     /// Whether some program has the keyboard to itself, as menus do.
     bool isKeyboardGrabbed();
     bool hasState(xcb_window_t window, std::string_view state);

@@ -25,6 +25,8 @@ struct FileDropHandlerTest : ::testing::Test {
             fake.fileManager.addFolder(folder);
         for (auto const* file : {"/A/b.txt", "/A/taken", "/A/broken", "/A/B/deep.txt"})
             fake.fileManager.addFile(file);
+        fake.standardFolders.folders[StandardFolder::trash] = fake.fileManager.addFolder("/Trash/files");
+        fake.fileManager.addFile("/Trash/files/taken");
         fake.fileOperations.failures["/A/broken"] = std::errc::permission_denied;
     }
     std::string toast() const {
@@ -57,8 +59,17 @@ TEST_F(FileDropHandlerTest, ChecksBeforeItTouchesAndSaysWhatBecameOfIt) {
         {"/A/gone", "/C", true, Outcome::failed, "", {}, 1},
         {"taliro:///recents", "/C", true, Outcome::nothing, "", {}},
         {"/A/b.txt", "taliro:///recents", true, Outcome::nothing, "", {}},
+        {"/A/b.txt", "/Trash/files/", true, Outcome::refused, bad + "Can't copy “b.txt” to the Trash", {}},
+        {"/Trash/files/taken", "/Trash/files", false, Outcome::nothing, "", {}},
+        {"/A/broken", "/Trash/files", false, Outcome::failed, "", {}, 1},
         {"/A/b.txt", "/C", true, Outcome::done, good + "Copied b.txt to C", {"/C"}},
         {"/A/b.txt", "/", false, Outcome::done, good + "Moved b.txt to /", {"/", "/A"}},
+        {"/A/taken",
+         "/Trash/files/",
+         false,
+         Outcome::done,
+         good + "Moved taken to Trash",
+         {"/Trash/files", "/A"}},
         {"/A/B", "/A/Bx", false, Outcome::done, good + "Moved B to Bx", {"/A/Bx", "/A"}},
     };
     for (auto const& test : cases) {
@@ -74,7 +85,8 @@ TEST_F(FileDropHandlerTest, ChecksBeforeItTouchesAndSaysWhatBecameOfIt) {
         EXPECT_EQ(fake.fileManager.tree == before, test.outcome != Outcome::done);
     }
     EXPECT_TRUE(exists("/C/b.txt") && exists("/b.txt") && exists("/A/Bx/B/deep.txt"));
-    EXPECT_FALSE(exists("/A/b.txt") || exists("/A/B"));
+    EXPECT_FALSE(exists("/A/b.txt") || exists("/A/B") || exists("/A/taken"));
+    EXPECT_EQ(fake.fileOperations.trashed, (std::vector<std::string>{"/A/broken", "/A/taken"}));
 }
 
 TEST_F(FileDropHandlerTest, TriesTheItemsAfterAFailedOne) {

@@ -60,6 +60,8 @@ TEST_F(PasteboardDropHandlerTest, TheFirstUsableKindIsTaken) {
         {{{"image/heic", "H"}, {"image/tiff", "T"}}, "image" + stamp + ".tiff: T"},
         {{{"image/bmp", "B"}}, "image" + stamp + ".png: P", "P"},
         {{{"image/heic", "H"}, {"text/plain", "t"}}, "image" + stamp + ".heic: H"},
+        {{{"image/gif", "G"}, {"text/uri-list", "https://x.org/a.gif"}}, "image" + stamp + ".gif: G"},
+        {{{"text/html", "<img>"}, {"image/webp", "W"}}, "image" + stamp + ".webp: W"},
         {{{"text/plain", "t"}, {"text/html", "<b>"}, {"text/rtf", "{\\rtf}"}},
          "Snippet" + stamp + ".rtf: {\\rtf}"},
         {{{"text/plain", "t"}, {"text/html", "<b>"}}, "Snippet" + stamp + ".html: <b>"},
@@ -80,6 +82,8 @@ TEST_F(PasteboardDropHandlerTest, TheFirstUsableKindIsTaken) {
     InAppDropLatch::armed = false;
     EXPECT_FALSE(drop({{"application/x-unknown", "?"}}));
     EXPECT_TRUE(InAppDropLatch::armed);
+    fake.standardFolders.folders[StandardFolder::trash] = folder;
+    EXPECT_FALSE(drop({{"text/plain", "t"}})) << "text is no matter for the trash";
 }
 
 TEST_F(PasteboardDropHandlerTest, FilesComeFirstAndGoOneAfterTheOther) {

@@ -16,34 +16,6 @@ std::string utf16le(std::u16string_view text) {
     return bytes;
 }
 
-TEST(PasteboardTest, TextOfAnyEncodingBecomesUtf8) {
-    struct Case {
-        std::string bytes, charset, text;
-    };
-    Case const cases[] = {
-        {"plain", "", "plain"},
-        {"naïve €", "", "naïve €"},
-        {"\xEF\xBB\xBFmarked", "", "marked"},
-        {"caf\xE9", "", "café"},
-        {"\x93quoted\x94 \x80", "", "“quoted” €"},
-        {"caf\xE9", "iso-8859-1", "café"},
-        {"\xD0\xD2\xC9\xD7\xC5\xD4", "koi8-r", "привет"},
-        {utf16le(u"Grüße 😀"), "", "Grüße 😀"},
-        {"\xFF\xFE" + utf16le(u"Grüße"), "", "Grüße"},
-        {"\xFE\xFF\0G\0r\0\xFC"s, "utf-8", "Grü"},
-        {"\0G\0r\0\xFC"s, "", "Grü"},
-        {utf16le(u"привет"), "utf-16", "привет"},
-        {"\0G\0r\0\xFC"s, "utf-16", "Grü"},
-        {"text\0"s, "", "text"},
-        {"caf\xE9", "no-such-charset", "café"},
-        {"", "", ""},
-        {"\xFF\xFE", "", ""},
-        {"odd\xFF", "utf-8", "odd\uFFFD"},
-    };
-    for (auto const& [bytes, charset, text] : cases)
-        EXPECT_EQ(textAsUtf8(bytes, charset), text) << text << " " << charset;
-}
-
 TEST(PasteboardTest, AddressesComeFromWhateverTheSourceOffers) {
     struct Case {
         FakePasteboard carried;

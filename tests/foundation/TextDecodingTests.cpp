@@ -45,5 +45,33 @@ TEST(TextDecoding, RefusesWhatIsNoText) {
     EXPECT_FALSE(decodeText(std::string(200, '\x01')));
 }
 
+TEST(TextDecoding, KnownTextBecomesUtf8) {
+    struct Case {
+        std::string bytes, charset, text;
+    };
+    Case const cases[] = {
+        {"plain", "", "plain"},
+        {"naïve €", "", "naïve €"},
+        {"\xEF\xBB\xBFmarked", "", "marked"},
+        {"caf\xE9", "", "café"},
+        {"\x93quoted\x94 \x80", "", "“quoted” €"},
+        {"caf\xE9", "iso-8859-1", "café"},
+        {"\xD0\xD2\xC9\xD7\xC5\xD4", "koi8-r", "привет"},
+        {"G\0r\0\xFC\0\xDF\0e\0 \0=\xD8\0\xDE"s, "", "Grüße 😀"},
+        {"\xFF\xFEG\0r\0\xFC\0\xDF\0e\0"s, "", "Grüße"},
+        {"\xFE\xFF\0G\0r\0\xFC"s, "utf-8", "Grü"},
+        {"\0G\0r\0\xFC"s, "", "Grü"},
+        {"\x3F\x04\x40\x04\x38\x04\x32\x04\x35\x04\x42\x04", "utf-16", "привет"},
+        {"\0G\0r\0\xFC"s, "utf-16", "Grü"},
+        {"text\0"s, "", "text"},
+        {"caf\xE9", "no-such-charset", "café"},
+        {"", "", ""},
+        {"\xFF\xFE", "", ""},
+        {"odd\xFF", "utf-8", "odd\uFFFD"},
+    };
+    for (auto const& [bytes, charset, text] : cases)
+        EXPECT_EQ(textAsUtf8(bytes, charset), text) << text << " " << charset;
+}
+
 } // namespace
 } // namespace taliro

@@ -19,7 +19,7 @@ public:
     static constexpr std::uint8_t escape = 9, tab = 23, q = 24, t = 28, p = 33, leftControl = 37, a = 38,
                                   d = 40, leftShift = 50, leftAlt = 64, capsLock = 66, f5 = 71, numLock = 77,
                                   scrollLock = 78, up = 111, backspace = 22, deleteForward = 119,
-                                  leftSuper = 133, tabKey = 23;
+                                  leftSuper = 133;
 
     void press(std::uint8_t key) { send(key, true); }
     void release(std::uint8_t key) { send(key, false); }

@@ -13,9 +13,8 @@ private:
     Process m_server;
 };
 
-/// Starts a program with the environment of this process, its output thrown away. `channel`: it gets this
-/// descriptor as its number 3.
-Process start(std::vector<std::string> const& command, std::optional<int> channel = std::nullopt);
+/// Starts a program with the environment of this process, its output thrown away.
+Process start(std::vector<std::string> const& command);
 /// Runs a program to its end; its exit status.
 std::optional<int> run(std::vector<std::string> const& command);
 

@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <functional>
 #include <gtest/gtest.h>
+#include <sys/mount.h>
 #include <unistd.h>
 
 namespace taliro::testing {
@@ -248,6 +249,24 @@ TEST_F(FileTransferTest, TurnsBackWhereTheVolumeIsFull) {
         EXPECT_EQ(describe(source), before);
         expectNothingIn(small.path());
     }
+}
+
+TEST_F(FileTransferTest, ReadsFromWhatMayNotBeWrittenAndMovesNothingOfIt) {
+    if (!other.isOwn())
+        GTEST_SKIP() << "A volume can't be made read-only here.";
+    disk.write("from/item/file", "ours");
+    auto const theirs = other.path() / "kept";
+    fs::create_directory(theirs);
+    std::ofstream(theirs / "file") << "theirs";
+    ASSERT_EQ(::mount(nullptr, other.path().c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
+    auto const refused = std::unexpected(std::errc::read_only_file_system);
+    for (auto const way : {Way::copy, Way::move})
+        EXPECT_EQ(transfer(way, source, other.path() / "x"), refused);
+    EXPECT_EQ(transfer(Way::move, theirs, target / "x"), refused);
+    expectNothingIn(target);
+    EXPECT_EQ(contentsOf(source / "file"), "ours");
+    EXPECT_TRUE(transfer(Way::copy, theirs, target / "x"));
+    EXPECT_EQ(contentsOf(target / "x/file"), "theirs");
 }
 
 TEST_F(FileTransferTest, StopsWhenAsked) {

@@ -117,6 +117,16 @@ TEST_F(SoftwareUpdateTest, SaysWhyTheFeedCouldNotBeHad) {
                                QByteArray::fromStdString(plain.address("/feed")) + "\r\n\r\n"};
     fails("nsecure");
     EXPECT_EQ(plain.requests, 0);
+
+    press("OK"); // There is one window to look at.
+    EXPECT_TRUE(waitUntil([] { return !window(); }));
+    identity.setTrusted(false);
+    QtSoftwareUpdate doubting(defaults, queue, QString::fromStdString(server.address("/feed")), "1.2");
+    auto const before = server.requests;
+    doubting.checkForUpdates();
+    EXPECT_TRUE(says("[Couldn't check for updates][The server's certificate isn't trusted.]"))
+        << texts<QLabel>();
+    EXPECT_EQ(server.requests, before);
 }
 
 TEST_F(SoftwareUpdateTest, DailyCheckSpeaksOnlyOfWhatIsNewAndNotSkipped) {

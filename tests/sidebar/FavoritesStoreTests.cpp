@@ -100,7 +100,7 @@ TEST_F(FavoritesStoreTest, TakesAMalformedListForAnEmptyOne) {
 }
 
 TEST_F(FavoritesStoreTest, ShowsItsOwnListWhereTheFileManagersCantBeRead) {
-    makeFolders({"/home/mira/Desktop", "/work"});
+    makeFolders({"/home/mira/Desktop", "/projects"});
     construct();
     store->setSyncWithFinder(true);
     EXPECT_TRUE(store->finderAccessDenied);
@@ -108,13 +108,13 @@ TEST_F(FavoritesStoreTest, ShowsItsOwnListWhereTheFileManagersCantBeRead) {
     EXPECT_TRUE(desktop.userDefaults.boolean("syncFavoritesWithFinder"));
 
     // The list appears while the program runs.
-    desktop.desktopPlaces.places = {{{"Projects", Url::file("/work")}}};
+    desktop.desktopPlaces.places = {{{"Projects", Url::file("/projects")}}};
     desktop.desktopPlaces.observers.notify();
     EXPECT_FALSE(store->finderAccessDenied);
-    EXPECT_EQ(store->items->at(1), (SidebarItem{"/work", "Projects", "folder", Url::file("/work/")}));
+    EXPECT_EQ(store->items->at(1), (SidebarItem{"/projects", "Projects", "folder", Url::file("/projects/")}));
 
     store->removeFavorite(store->items->at(1));
-    EXPECT_EQ(ids(), (Ids{"/recents", "/work"}));
+    EXPECT_EQ(ids(), (Ids{"/recents", "/projects"}));
 
     // Readable, and nothing in it.
     desktop.desktopPlaces.places->clear();
@@ -124,7 +124,7 @@ TEST_F(FavoritesStoreTest, ShowsItsOwnListWhereTheFileManagersCantBeRead) {
 
     store->setSyncWithFinder(false);
     EXPECT_EQ(ids(), (Ids{"/recents", "/home/mira/Desktop", "/home/mira"}));
-    desktop.desktopPlaces.places = {{{"Projects", Url::file("/work")}}};
+    desktop.desktopPlaces.places = {{{"Projects", Url::file("/projects")}}};
     desktop.desktopPlaces.observers.notify();
     EXPECT_EQ(ids().size(), 3u);
 }

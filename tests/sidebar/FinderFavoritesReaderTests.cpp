@@ -16,7 +16,7 @@ struct FinderFavoritesReaderTest : ::testing::Test {
     Result const none;
 
     FinderFavoritesReaderTest() {
-        desktop.fileManager.addFolder("/work");
+        desktop.fileManager.addFolder("/projects");
         desktop.fileManager.addFolder("/music");
         desktop.fileManager.addFile("/letter.txt");
     }
@@ -48,12 +48,13 @@ TEST_F(FinderFavoritesReaderTest, ListsTheFoldersInOrderUnderTheirDisplayNames) 
         item("A document", writer.data("/letter.txt")),
         item("Gone", writer.data("/gone")),
         writer.dictionary({{writer.text("Name"), writer.text("No bookmark")}}),
-        writer.dictionary({{writer.text("Bookmark"), writer.text("/work")}}),
-        writer.dictionary(
-            {{writer.text("Name"), writer.data("Recents")}, {writer.text("Bookmark"), writer.data("/work")}},
-            "NSMutableDictionary"),
+        writer.dictionary({{writer.text("Bookmark"), writer.text("/projects")}}),
+        writer.dictionary({{writer.text("Name"), writer.data("Recents")},
+                           {writer.text("Bookmark"), writer.data("/projects")}},
+                          "NSMutableDictionary"),
     });
-    EXPECT_EQ(result, (Result{{{"Musik", Url::file("/music/")}, {"work", Url::file("/work/")}}, true}));
+    EXPECT_EQ(result,
+              (Result{{{"Musik", Url::file("/music/")}, {"projects", Url::file("/projects/")}}, true}));
 }
 
 TEST_F(FinderFavoritesReaderTest, TellsAListOfRecentsAloneFromNone) {
@@ -63,22 +64,22 @@ TEST_F(FinderFavoritesReaderTest, TellsAListOfRecentsAloneFromNone) {
 
 TEST_F(FinderFavoritesReaderTest, TakesTheNewestGenerationThatCanBeRead) {
     desktop.propertyLists.lists["old"] =
-        writer.finish(rootWith(writer.array({item("Work", writer.data("/work"))})));
+        writer.finish(rootWith(writer.array({item("Work", writer.data("/projects"))})));
     desktop.propertyLists.lists["newer"] =
         writer.finish(rootWith(writer.array({item("Music", writer.data("/music"))})));
     store("sfl2", "old");
-    EXPECT_EQ(FinderFavoritesReader::read(desktop.platform).favorites.at(0).name, "work");
+    EXPECT_EQ(FinderFavoritesReader::read(desktop.platform).favorites.at(0).name, "projects");
     store("sfl3", "newer");
     EXPECT_EQ(FinderFavoritesReader::read(desktop.platform).favorites.at(0).name, "music");
     // A readable file counts, whatever it holds.
-    desktop.desktopPlaces.places = {{{std::nullopt, Url::file("/work")}}};
+    desktop.desktopPlaces.places = {{{std::nullopt, Url::file("/projects")}}};
     store("sfl4", "no list at all");
     EXPECT_EQ(FinderFavoritesReader::read(desktop.platform), none);
 }
 
 TEST_F(FinderFavoritesReaderTest, ReadsNothingFromWhatIsNoListOfDictionaries) {
     auto const text = writer.text("text");
-    auto const favorite = item("Work", writer.data("/work"));
+    auto const favorite = item("Work", writer.data("/projects"));
     auto const cyclic = writer.instance("NSArray", {{"NS.objects", {PropertyValue::List{}}}});
     auto& cyclicParts = std::get<PropertyValue::Dictionary>(writer.objects[cyclic.index].value);
     cyclicParts["NS.objects"] = {ArchiveWriter::list({cyclic})};
@@ -118,12 +119,12 @@ TEST_F(FinderFavoritesReaderTest, ReadsNothingFromWhatIsNoListOfDictionaries) {
 TEST_F(FinderFavoritesReaderTest, FallsBackOnThePlacesOfTheDesktop) {
     EXPECT_EQ(FinderFavoritesReader::read(desktop.platform), none);
     desktop.desktopPlaces.places = {{{"Songs", Url::file("/music")},
-                                     {std::nullopt, Url::file("/work")},
+                                     {std::nullopt, Url::file("/projects")},
                                      {"Letter", Url::file("/letter.txt")},
-                                     {"Server", *Url::parse("sftp://host/work")},
+                                     {"Server", *Url::parse("sftp://host/projects")},
                                      {"Gone", Url::file("/gone")}}};
     EXPECT_EQ(FinderFavoritesReader::read(desktop.platform),
-              (Result{{{"Songs", Url::file("/music/")}, {"work", Url::file("/work/")}}, true}));
+              (Result{{{"Songs", Url::file("/music/")}, {"projects", Url::file("/projects/")}}, true}));
 }
 
 } // namespace

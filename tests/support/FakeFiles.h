@@ -149,6 +149,7 @@ struct FakeFileOperations : FileOperations {
     FakeFileManager& files;
     std::vector<std::pair<std::string, std::string>> copies; ///< tried: from, to
     std::vector<std::pair<std::string, std::string>> moves;
+    std::vector<std::string> trashed;
     std::map<std::string, std::errc> failures;              ///< by the source's path
     std::function<TransferAnswer(Report const&)> meanwhile; ///< what happens while the bytes are moved
     bool leftoversRemoved = false;
@@ -160,6 +161,10 @@ struct FakeFileOperations : FileOperations {
     Result move(Url source, Url destination, Report report) override {
         moves.emplace_back(source.path(), destination.path());
         return transfer(source.path(), destination.path(), report, false);
+    }
+    Result trash(Url item) override {
+        trashed.push_back(item.path());
+        return transfer(item.path(), "/trashed/" + std::to_string(trashed.size()), {}, false);
     }
     void removeLeftovers() override { leftoversRemoved = true; }
 

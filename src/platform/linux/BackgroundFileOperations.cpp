@@ -1,6 +1,7 @@
 #include "platform/linux/BackgroundFileOperations.h"
 
 #include "platform/linux/transfer/Mover.h"
+#include "platform/linux/transfer/Trash.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -180,6 +181,13 @@ FileOperations::Result BackgroundFileOperations::move(Url source, Url destinatio
         return transfer::moveItem(source.path(), destination.path(), m_leftovers, sink);
     });
     return job.waitTurning(report);
+}
+
+FileOperations::Result BackgroundFileOperations::trash(Url item) {
+    if (!item.isFile())
+        return std::unexpected(std::errc::invalid_argument);
+    Job job(item.path(), [&](transfer::Sink&) { return transfer::trashItem(item.path()); });
+    return job.waitTurning({});
 }
 
 void BackgroundFileOperations::removeLeftovers() {

@@ -16,6 +16,7 @@ public:
 
     Result copy(Url source, Url destination, Report report) override;
     Result move(Url source, Url destination, Report report) override;
+    Result trash(Url item) override;
     void removeLeftovers() override;
 
 private:

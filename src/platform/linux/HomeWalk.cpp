@@ -4,6 +4,7 @@
 #include "platform/linux/Dates.h"
 #include "platform/linux/FileDescriptor.h"
 #include "platform/linux/MountTable.h"
+#include "platform/linux/RawEntry.h"
 
 #include <algorithm>
 #include <array>
@@ -38,15 +39,6 @@ constexpr int openFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW | O_NO
 constexpr std::array generatedFolders{"node_modules"sv, "__pycache__"sv, "lost+found"sv};
 /// The mark of a folder that can be made anew at any time.
 constexpr char cacheMark[] = "CACHEDIR.TAG";
-
-/// As the kernel lays an entry out; see getdents64(2).
-struct RawEntry {
-    std::uint64_t inode;
-    std::int64_t offset;
-    std::uint16_t length;
-    unsigned char type;
-    char name[1];
-};
 
 /// One folder being listed, a buffer at a time.
 class Listing {

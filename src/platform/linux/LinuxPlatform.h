@@ -59,7 +59,6 @@ private:
     std::unique_ptr<X11Connection> m_x;
     XKeyboard m_keyboard;
 
-
     QtMainQueue m_mainQueue;
     InotifyDirectoryEvents m_directoryEvents;
     PosixFileManager m_fileManager;

@@ -3,6 +3,7 @@
 #include "foundation/Pipeline.h"
 #include "platform/linux/Dates.h"
 #include "platform/linux/FileDescriptor.h"
+#include "platform/linux/RawEntry.h"
 
 #include <array>
 #include <cerrno>
@@ -23,15 +24,6 @@ namespace {
 
 constexpr unsigned wantedFields =
     STATX_TYPE | STATX_MODE | STATX_SIZE | STATX_BLOCKS | STATX_MTIME | STATX_BTIME | STATX_INO;
-
-/// As the kernel lays an entry out; see getdents64(2).
-struct RawEntry {
-    std::uint64_t inode;
-    std::int64_t offset;
-    std::uint16_t length;
-    unsigned char type;
-    char name[1];
-};
 
 std::errc lastError() {
     return static_cast<std::errc>(errno);

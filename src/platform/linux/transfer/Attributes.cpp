@@ -77,7 +77,7 @@ Result copyAttributes(int from, int to, struct stat const& status) {
         modeAfterOwner(status, actual, [&](uid_t user, gid_t group) { return ::fchown(to, user, group); });
     if (auto const copied = copyExtendedAttributes(from, to); !copied)
         return copied;
-    if (::fchmod(to, mode) != 0)
+    if ((actual.st_mode & 07777) != mode && ::fchmod(to, mode) != 0)
         return failure();
     timespec const times[] = {status.st_atim, status.st_mtim};
     return outcome(::futimens(to, times));

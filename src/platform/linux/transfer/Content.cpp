@@ -43,21 +43,36 @@ Result writeAll(int to, char const* bytes, std::size_t count, off_t offset) {
     return {};
 }
 
-/// Copies up to `end` or the end of the file, whichever comes first.
-Result copyByHand(int from, int to, off_t offset, off_t end, Sink& sink) {
-    while (offset < end) {
-        auto const wanted = std::min<off_t>(end - offset, bufferSize);
-        auto const count = ::pread(from, buffer(), static_cast<std::size_t>(wanted), offset);
+/// Reads `wanted` bytes or up to the end of the file.
+std::expected<std::size_t, std::errc> readFully(int from, char* bytes, std::size_t wanted, off_t offset) {
+    std::size_t done = 0;
+    while (done < wanted) {
+        auto const count = ::pread(from, bytes + done, wanted - done, offset + static_cast<off_t>(done));
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
             return failure();
         if (count == 0)
             break;
-        if (auto const written = writeAll(to, buffer(), static_cast<std::size_t>(count), offset); !written)
+        done += static_cast<std::size_t>(count);
+    }
+    return done;
+}
+
+/// Copies up to `end` or the end of the file, whichever comes first.
+Result copyByHand(int from, int to, off_t offset, off_t end, Sink& sink) {
+    while (offset < end) {
+        auto const wanted = static_cast<std::size_t>(std::min<off_t>(end - offset, bufferSize));
+        auto const count = readFully(from, buffer(), wanted, offset);
+        if (!count)
+            return std::unexpected(count.error());
+        if (*count == 0)
+            break;
+        if (auto const written = writeAll(to, buffer(), *count, offset); !written)
             return written;
-        offset += count;
-        if (!sink.advance(count))
+        auto const copied = static_cast<off_t>(*count);
+        offset += copied;
+        if (!sink.advance(copied))
             return std::unexpected(std::errc::operation_canceled);
     }
     return {};
@@ -119,22 +134,6 @@ std::optional<off_t> directAlignment(int file) {
     if (!isKnown || status.stx_dio_offset_align > most || status.stx_dio_mem_align > blockAlignment)
         return std::nullopt;
     return status.stx_dio_offset_align;
-}
-
-/// Reads `wanted` bytes or up to the end of the file.
-std::expected<std::size_t, std::errc> readFully(int from, char* bytes, std::size_t wanted, off_t offset) {
-    std::size_t done = 0;
-    while (done < wanted) {
-        auto const count = ::pread(from, bytes + done, wanted - done, offset + static_cast<off_t>(done));
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count < 0)
-            return failure();
-        if (count == 0)
-            break;
-        done += static_cast<std::size_t>(count);
-    }
-    return done;
 }
 
 /// Past the page cache, which a large file would only drive everything else out of: the bytes are on their

@@ -3,9 +3,12 @@
 #include "platform/linux/transfer/Attributes.h"
 #include "platform/linux/transfer/Content.h"
 
+#include <algorithm>
+#include <atomic>
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
+#include <thread>
 #include <unistd.h>
 
 namespace taliro::transfer {
@@ -57,8 +60,53 @@ std::pair<dev_t, ino_t> identity(struct stat const& status) {
 }
 
 constexpr int mostPasses = 2;
+/// So many entries of a folder are held in memory at once.
+constexpr std::size_t batchSize = 512;
+/// From here on a second thread costs less than it saves.
+constexpr std::size_t manyFiles = 16;
+
+/// Calls `work` with every number below `count`, on two threads where that pays, up to the first fault.
+template <typename Work>
+Result forEach(std::size_t count, Work const& work) {
+    std::atomic<std::size_t> next = 0;
+    std::atomic<bool> failed = false;
+    auto const run = [&]() -> Result {
+        while (!failed) {
+            auto const i = next++;
+            if (i >= count)
+                break;
+            if (auto const done = work(i); !done) {
+                failed = true;
+                return done;
+            }
+        }
+        return {};
+    };
+    if (count < manyFiles)
+        return run();
+    Result other;
+    std::jthread helper;
+    try {
+        helper = std::jthread([&] { other = run(); });
+    } catch (std::system_error const&) { // there is no thread to be had: it takes longer
+    }
+    auto const own = run();
+    if (helper.joinable())
+        helper.join();
+    return own ? other : own;
+}
 
 } // namespace
+
+void CopyEngine::SharedSink::began(std::string_view name) {
+    std::lock_guard const lock(m_mutex);
+    m_sink.began(name);
+}
+
+bool CopyEngine::SharedSink::advance(std::int64_t bytes) {
+    std::lock_guard const lock(m_mutex);
+    return m_sink.advance(bytes);
+}
 
 bool isUnchanged(struct stat const& before, struct stat const& after) {
     // A file of several names gets a new change time each time one of them is removed.
@@ -70,7 +118,6 @@ bool isUnchanged(struct stat const& before, struct stat const& after) {
 std::expected<CopiedItem, std::errc> CopyEngine::copy(int from, std::string const& name, int to,
                                                       std::string const& copyName) {
     m_root = to;
-    m_path = copyName;
     CopiedItem item;
     if (auto const copied = copyItem({from, to, name, copyName}, DT_UNKNOWN, item); !copied)
         return std::unexpected(copied.error());
@@ -106,12 +153,17 @@ Result CopyEngine::copyFile(Place const& place, CopiedItem& item) {
         return failure();
     if (!S_ISREG(item.status.st_mode))
         return std::unexpected(std::errc::device_or_resource_busy);
+    std::unique_lock lock(m_linkedMutex, std::defer_lock);
+    if (item.status.st_nlink > 1)
+        lock.lock(); // its next name waits until there is something to link to
     return linkToEarlierCopy(place, item.status) ? Result() : copyOpenFile(source.get(), place, item);
 }
 
 Result CopyEngine::copyOpenFile(int source, Place const& place, CopiedItem& item) {
+    // Its final mode at once, in most cases; attributes can be set only while we may write.
+    auto const mode = (item.status.st_mode & 0777) | S_IRUSR | S_IWUSR;
     FileDescriptor const copy(
-        ::openat(place.to, place.copyName.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+        ::openat(place.to, place.copyName.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
     if (!copy)
         return failure();
     for (int pass = 1;; ++pass) {
@@ -127,7 +179,7 @@ Result CopyEngine::copyOpenFile(int source, Place const& place, CopiedItem& item
     }
     if (auto const given = copyAttributes(source, copy.get(), item.status); !given)
         return given;
-    bool const isAll = m_path.find('/') == std::string::npos;
+    bool const isAll = m_path.empty();
     return isAll ? outcome(::fsync(copy.get())) : Result();
 }
 
@@ -147,8 +199,12 @@ std::expected<CopyEngine::Repeat, std::errc> CopyEngine::checkUnchanged(int sour
 bool CopyEngine::linkToEarlierCopy(Place const& place, struct stat const& status) {
     if (status.st_nlink < 2)
         return false;
-    auto const [earlier, isFirst] = m_copiesOfLinked.try_emplace(identity(status), m_path);
+    auto const [earlier, isFirst] = m_copiesOfLinked.try_emplace(identity(status), pathOf(place));
     return !isFirst && ::linkat(m_root, earlier->second.c_str(), place.to, place.copyName.c_str(), 0) == 0;
+}
+
+std::string CopyEngine::pathOf(Place const& place) const {
+    return m_path + place.copyName;
 }
 
 Result CopyEngine::copyFolder(Place const& place, CopiedItem& item) {
@@ -171,8 +227,10 @@ Result CopyEngine::copyFolder(Place const& place, CopiedItem& item) {
             return failure();
         m_copyRoot = identity(made);
     }
+    auto const outer = std::exchange(m_path, pathOf(place) + "/");
     if (auto const copied = copyChildren(source.get(), copy.get(), item); !copied)
         return copied;
+    m_path = outer;
     return copyAttributes(source.get(), copy.get(), item.status);
 }
 
@@ -180,18 +238,33 @@ Result CopyEngine::copyChildren(int source, int copy, CopiedItem& item) {
     auto const directory = openDirectory(source);
     if (!directory)
         return failure();
-    auto const length = m_path.size();
-    while (auto const* entry = nextEntry(directory.get())) {
-        std::string const name = entry->d_name;
-        m_path.append("/").append(name);
-        CopiedItem child;
-        if (auto const copied = copyItem({source, copy, name, name}, entry->d_type, child); !copied)
+    for (;;) {
+        std::vector<Entry> entries;
+        dirent const* entry = nullptr;
+        while (entries.size() < batchSize && (entry = nextEntry(directory.get())))
+            entries.push_back({entry->d_name, entry->d_type});
+        if (!entry && errno != 0)
+            return failure();
+        if (auto const copied = copyEntries(entries, source, copy, item); !copied || !entry)
             return copied;
-        m_path.resize(length);
-        if (m_purpose == Purpose::move)
-            item.children.push_back(std::move(child));
     }
-    return errno == 0 ? Result() : failure();
+}
+
+Result CopyEngine::copyEntries(std::vector<Entry> entries, int source, int copy, CopiedItem& item) {
+    auto const firstOther = std::ranges::partition(entries, [](Entry const& e) { return e.type == DT_REG; });
+    std::vector<CopiedItem> items(entries.size());
+    auto const copyEntry = [&](std::size_t i) {
+        return copyItem({source, copy, entries[i].name, entries[i].name}, entries[i].type, items[i]);
+    };
+    auto const files = entries.size() - firstOther.size();
+    if (auto const copied = forEach(files, copyEntry); !copied)
+        return copied;
+    for (auto i = files; i < entries.size(); ++i)
+        if (auto const copied = copyEntry(i); !copied)
+            return copied;
+    if (m_purpose == Purpose::move)
+        std::ranges::move(items, std::back_inserter(item.children));
+    return {};
 }
 
 /// Found out before anything is copied, so that a move that can't be ended is not begun.

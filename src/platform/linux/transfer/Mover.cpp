@@ -93,8 +93,9 @@ std::expected<CopiedItem, std::errc> copyTo(Location const& source, Location con
         syncFolder(folder);
         return copied;
     }
-    auto const removed = removeTree(folder, temporary);
-    if (!removed && removed.error() != std::errc::no_such_file_or_directory)
+    struct stat left {};
+    if (!removeTree(folder, temporary) &&
+        ::fstatat(folder, temporary.c_str(), &left, AT_SYMLINK_NOFOLLOW) == 0)
         note.keep();
     return std::unexpected(done.error());
 }

@@ -16,8 +16,8 @@ Result moveItem(std::string const& source, std::string const& destination, Lefto
 /// Gives an item its new name in one step and never over another item.
 Result renameWithoutReplacing(int from, std::string const& name, int to, std::string const& newName);
 
-/// The same where the file system has no call for that: a folder's name is claimed first, a file is linked. Where it
-/// can't link either, `operation_not_supported`.
+/// The same where the file system has no call for that: a folder's name is claimed first, a file is linked.
+/// Where it can't link either, `operation_not_supported`.
 Result renameByClaiming(int from, std::string const& name, int to, std::string const& newName);
 
 } // namespace taliro::transfer

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/linux/transfer/Transfer.h"
+
+#include <string>
+
+namespace taliro::transfer {
+
+/// Puts `item`, an absolute path, into the trash of its volume, with a note of where it was:
+/// https://specifications.freedesktop.org/trash-spec/
+Result trashItem(std::string const& item);
+
+} // namespace taliro::transfer
