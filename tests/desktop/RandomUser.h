@@ -43,7 +43,7 @@ private:
     std::optional<Spot> anySpot(int top = 0);
     bool isMenuOpen();
     void closeMenus();
-    void waitForMenu();
+    void waitForMenu(std::chrono::milliseconds limit);
     void comeBack();
     void dragBetween(Spot from, Spot to, std::string const& held);
 
