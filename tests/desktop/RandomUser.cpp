@@ -11,6 +11,7 @@ namespace taliro::testing {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::chrono_literals;
 
 constexpr std::size_t rememberedActions = 60;
 /// The titlebar's and the toolbar's: their menus would open under a drag that starts there.
@@ -101,7 +102,9 @@ bool RandomUser::rest() {
     closeMenus();
     for (int i = 0; i < 4; ++i)
         m_display.key("Escape");
-    return runProgram(m_desktop, {m_desktop.home()}) == 0;
+    bool const isHeard = runProgram(m_desktop, {m_desktop.home()}) == 0;
+    clickOutside();
+    return isHeard;
 }
 
 /// Those of the program, or of another; not the icon in the tray.
@@ -133,7 +136,8 @@ std::string RandomUser::anyPath() {
 bool RandomUser::isMenuOpen() {
     return std::ranges::any_of(m_display.windows(), [&](WindowInfo const& one) {
         auto const types = m_display.values(one.id, "_NET_WM_WINDOW_TYPE");
-        return std::ranges::find(types, m_display.atom("_NET_WM_WINDOW_TYPE_POPUP_MENU")) != types.end();
+        return one.role == "status menu" ||
+               std::ranges::find(types, m_display.atom("_NET_WM_WINDOW_TYPE_POPUP_MENU")) != types.end();
     });
 }
 
@@ -146,8 +150,8 @@ void RandomUser::closeMenus() {
 }
 
 /// A busy program opens its menu when the next click is under way.
-void RandomUser::waitForMenu() {
-    waitFor([&] { return isMenuOpen(); }, std::chrono::milliseconds(500));
+void RandomUser::waitForMenu(std::chrono::milliseconds limit) {
+    waitFor([&] { return isMenuOpen(); }, limit);
 }
 
 void RandomUser::comeBack() {
@@ -199,7 +203,7 @@ void RandomUser::click() {
     note(joined(times, " clicks at ", spot->x, ',', spot->y, ", button ", button));
     m_display.click(spot->x, spot->y, button, times);
     if (button == 3)
-        waitForMenu();
+        waitForMenu(500ms); // Not everything has one.
 }
 
 void RandomUser::drag() {
@@ -244,7 +248,7 @@ void RandomUser::clickTray() {
         int const button = oneIn(3) ? 3 : 1;
         note(joined("tray icon, button ", button));
         m_display.click(icon.place.midX(), icon.place.midY(), button);
-        return button == 3 ? waitForMenu() : pause(200);
+        return button == 3 ? waitForMenu(5s) : pause(200);
     }
 }
 

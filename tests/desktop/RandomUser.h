@@ -20,7 +20,8 @@ public:
     static void plant(Desktop const& desktop);
 
     void act();
-    /// Leaves what is open, and has the program show the home folder. Whether that was heard.
+    /// Has the program show the home folder, and goes to another, upon which it gives back what it needs no
+    /// more. Whether it heard.
     bool rest();
 
     std::size_t actions() const { return m_count; }
@@ -42,7 +43,7 @@ private:
     std::optional<Spot> anySpot(int top = 0);
     bool isMenuOpen();
     void closeMenus();
-    void waitForMenu();
+    void waitForMenu(std::chrono::milliseconds limit);
     void comeBack();
     void dragBetween(Spot from, Spot to, std::string const& held);
 

@@ -30,7 +30,7 @@ struct Figure {
     double factor;
     double more;
 };
-constexpr Figure figures[]{{"RSS KiB", 1.15, 4096}, {"PSS KiB", 1.15, 4096}, {"descriptors", 1, 6},
+constexpr Figure figures[]{{"RSS KiB", 1.15, 4096}, {"own KiB", 1.15, 4096}, {"descriptors", 1, 6},
                            {"watches", 1, 6},       {"threads", 1, 4},       {"children", 1, 2}};
 using Sample = std::array<double, std::size(figures)>;
 
@@ -49,8 +49,8 @@ double occurrences(std::string const& text, std::string const& wanted) {
 Sample sampleOf(int pid) {
     auto const process = fs::path("/proc") / std::to_string(pid);
     auto const memory = contentsOf(process / "smaps_rollup");
-    Sample sample{numberAfter(memory, "\nRss:"), numberAfter(memory, "\nPss:")};
-    auto& [rss, pss, descriptors, watches, threads, children] = sample;
+    Sample sample{numberAfter(memory, "\nRss:"), numberAfter(memory, "\nAnonymous:")};
+    auto& [rss, own, descriptors, watches, threads, children] = sample;
     for (auto const& one : fs::directory_iterator(process / "fdinfo")) {
         ++descriptors;
         watches += occurrences(contentsOf(one.path()), "inotify wd:");
