@@ -27,8 +27,11 @@ bool FolderRows::takeInChanges() {
     if (m_watcher.watchedURL() != m_folder)
         return false;
     auto const changed = m_watcher.changedSince(m_tick);
+    if (!changed)
+        return false;
     bool const mostlyUnused = m_listing->slots() > 2 * m_listing->size() + 1000;
-    if (!changed || mostlyUnused || changed->size() > 256 + m_listing->size() / 16)
+    bool const manyChanged = changed->size() > 256 + m_listing->size() / 16;
+    if (mostlyUnused || manyChanged)
         return false;
     m_tick = m_watcher.tick.get();
     m_listing->update(*changed, DirectoryLoader::list(m_platform, *m_folder, *changed));
