@@ -10,8 +10,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Above this, reading the whole folder is quicker than asking for each item, even where it is large.
-constexpr std::size_t mostChanges = 4096;
+/// As many events as the kernel queues by default. Asking for an item costs hardly more than reading it with
+/// all the others, so that a storm that only adds to a large folder is followed name by name.
+constexpr std::size_t mostChanges = 16384;
 
 bool isMissing(std::errc error) {
     return error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory;

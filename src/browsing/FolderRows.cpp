@@ -30,8 +30,8 @@ bool FolderRows::takeInChanges() {
     if (!changed)
         return false;
     bool const mostlyUnused = m_listing->slots() > 2 * m_listing->size() + 1000;
-    bool const manyChanged = changed->size() > 256 + m_listing->size() / 16;
-    if (mostlyUnused || manyChanged)
+    bool const mostlyChanged = changed->size() > m_listing->size() + 256;
+    if (mostlyUnused || mostlyChanged)
         return false;
     m_tick = m_watcher.tick.get();
     m_listing->update(*changed, DirectoryLoader::list(m_platform, *m_folder, *changed));
