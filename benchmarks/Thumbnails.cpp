@@ -54,9 +54,13 @@ Files makePhotos(testing::TemporaryFolder const& folder) {
     return files;
 }
 
+/// Without the bombs: the peer unpacks each for a quarter of a minute, and the rest would not be seen beside
+/// that.
 Files makeMixed(testing::TemporaryFolder const& folder) {
     Files files;
     for (auto const& file : testing::makeMixedFiles(folder, mixedCount)) {
+        if (file.isBomb)
+            continue;
         files.paths.push_back(file.path.string());
         files.mimeTypes.push_back(file.mimeType);
     }
@@ -203,7 +207,7 @@ public:
     bool mixed() {
         auto const files = makeMixed(m_folder);
         auto service = makeService(TALIRO_RENDERER);
-        auto const task = std::to_string(mixedCount) + " files of all kinds, thumbnails ";
+        auto const task = std::to_string(files.paths.size()) + " files of all kinds, thumbnails ";
         return compareBoth(task, files, *service, {}, true, mixedRounds);
     }
 

@@ -14,6 +14,7 @@ struct MixedFile {
     std::filesystem::path path;
     char const* mimeType;
     bool isDamaged = false; ///< so that nothing can be drawn of it
+    bool isBomb = false;    ///< a few bytes that unpack to more than a program has memory for
 };
 
 struct MixedContent {
@@ -21,6 +22,7 @@ struct MixedContent {
     char const* mimeType;
     std::string bytes;
     bool isDamaged = false;
+    bool isBomb = false;
 };
 
 /// Every kind, in the numbers in which it may be met: photos most, damaged files least.
@@ -44,7 +46,7 @@ inline std::vector<MixedContent> mixedContents() {
     contents.push_back({".jpg", "image/jpeg", jpeg.substr(0, 100), true});
     contents.push_back({".png", "image/png", std::string(4000, '\x5A'), true});
     contents.push_back({".webp", "image/webp", std::string(4000, '\x5A'), true});
-    contents.push_back({".png", "image/png", pngBomb(), true});
+    contents.push_back({".png", "image/png", pngBomb(), true, true});
     contents.push_back({".pdf", "application/pdf", pdf().substr(0, 60), true});
     contents.push_back({".svg", "image/svg+xml", svg().substr(0, 80), true});
     contents.push_back({".ttf", "font/ttf", std::string(3000, '\x01'), true});
@@ -60,7 +62,7 @@ inline std::vector<MixedFile> makeMixedFiles(TemporaryFolder const& folder, std:
         auto const& content = contents[i % contents.size()];
         auto const path = folder.write("file " + std::to_string(i) + content.extension, content.bytes);
         makeOld(path);
-        files.push_back({path, content.mimeType, content.isDamaged});
+        files.push_back({path, content.mimeType, content.isDamaged, content.isBomb});
     }
     return files;
 }

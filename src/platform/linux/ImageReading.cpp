@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QImageReader>
+#include <QLoggingCategory>
 #include <QSet>
 
 #include <fcntl.h>
@@ -16,6 +17,8 @@ constexpr int mostMegabytes = 512;
 
 QSet<QByteArray> plainTypes() {
     QImageReader::setAllocationLimit(mostMegabytes);
+    // A damaged picture is an everyday thing and shows as one without a thumbnail.
+    QLoggingCategory::setFilterRules("qt.gui.imageio*=false");
     QSet<QByteArray> types;
     for (auto const& type : QImageReader::supportedMimeTypes())
         if (!type.startsWith("image/svg") && type.startsWith("image/"))
