@@ -18,7 +18,7 @@ constexpr int mostMegabytes = 512;
 QSet<QByteArray> plainTypes() {
     QImageReader::setAllocationLimit(mostMegabytes);
     // A damaged picture is an everyday thing and shows as one without a thumbnail.
-    QLoggingCategory::setFilterRules("qt.gui.imageio*=false");
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false"));
     QSet<QByteArray> types;
     for (auto const& type : QImageReader::supportedMimeTypes())
         if (!type.startsWith("image/svg") && type.startsWith("image/"))
