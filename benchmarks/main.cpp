@@ -46,7 +46,10 @@ int main(int argc, char** argv) {
         std::string_view name;
         std::function<bool()> measure;
     };
+    // Copying comes before all that removes thousands of files: where they were, ext4 is slow for five
+    // minutes.
     Subject const subjects[]{
+        {"copying", bench::measureCopying},
         {"start", [&] { return bench::measureStart(seat); }},
         {"large-folder", [&] { return bench::measureLargeFolder(seat); }},
         {"hotkey", [&] { return bench::measureHotkey(seat); }},
@@ -56,7 +59,6 @@ int main(int argc, char** argv) {
         {"listing", bench::measureListing},
         {"recent-files", bench::measureRecentFiles},
         {"thumbnails", bench::measureThumbnails},
-        {"copying", bench::measureCopying},
     };
     std::vector<std::string_view> const wanted(argv + 1, argv + argc);
     bench::printTableHead();
