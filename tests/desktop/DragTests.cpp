@@ -391,6 +391,22 @@ TEST_F(Drag, OutToAnotherProgramClosesThePopoverAndWithinItDoesNot) {
     EXPECT_TRUE(display.waitUntilGone("popover"));
 }
 
+TEST_F(Drag, AProgramThatMovesTakesTheFileItself) {
+    desktop.write("Work/a file.txt", "all of it");
+    std::filesystem::create_directories(desktop.home() / "Taken");
+    start();
+    Client target(desktop, DRAG_TARGET, {"move", (desktop.home() / "Taken").string()});
+
+    hand.press(row("a file.txt"));
+    ASSERT_TRUE(hand.hover(target.middle(), [&] { return target.says("entered"); })) << target.said();
+    hand.release();
+    EXPECT_TRUE(waitFor([&] { return target.says("dropped"); })) << target.said();
+    EXPECT_FALSE(target.says("not moved"));
+    EXPECT_TRUE(waitFor([&] { return !shows("a file.txt"); }));
+    EXPECT_EQ(contentsOf(desktop.home() / "Taken/a file.txt"), "all of it");
+    EXPECT_TRUE(display.window("panel"));
+}
+
 TEST_F(Drag, EveryViewGivesFilesAway) {
     desktop.write("Work/photo.ppm", "P6 2 1 255\n......");
     desktop.write("Work/text.txt");

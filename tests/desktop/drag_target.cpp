@@ -1,20 +1,25 @@
 // The other program of a drag out of the browser: a window that takes every drop and tells of it.
 //
-//   drag_target X Y copy|move
+//   drag_target X Y copy
+//   drag_target X Y move FOLDER    moves what it takes into the folder, as file managers do
 //
 // It prints `entered` when a drag comes over it; after a drop, a line `FORMAT BYTES` for each format, the
 // bytes percent-escaped, and `dropped`.
 #include <QApplication>
+#include <QDir>
 #include <QDropEvent>
 #include <QMimeData>
+#include <QUrl>
 #include <QWidget>
 #include <cstdio>
+#include <optional>
 
 namespace {
 
 class Target : public QWidget {
 public:
-    explicit Target(Qt::DropAction action) : m_action(action) {
+    /// With a folder to move into, or without and copying.
+    explicit Target(std::optional<QDir> folder) : m_folder(std::move(folder)) {
         setWindowTitle(QStringLiteral("drag target"));
         setFixedSize(120, 120);
         setAcceptDrops(true);
@@ -30,12 +35,15 @@ protected:
         for (auto const& format : event->mimeData()->formats())
             print((format + u' ').toUtf8() + event->mimeData()->data(format).toPercentEncoding("/:. "));
         take(*event);
+        for (auto const& url : event->mimeData()->urls())
+            if (m_folder && !QFile::rename(url.toLocalFile(), m_folder->filePath(url.fileName())))
+                print("not moved");
         print("dropped");
     }
 
 private:
     void take(QDropEvent& event) {
-        event.setDropAction(m_action);
+        event.setDropAction(m_folder ? Qt::MoveAction : Qt::CopyAction);
         event.accept();
     }
     static void print(QByteArray const& line) {
@@ -43,7 +51,7 @@ private:
         std::fflush(stdout);
     }
 
-    Qt::DropAction m_action;
+    std::optional<QDir> m_folder;
 };
 
 } // namespace
@@ -51,7 +59,8 @@ private:
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     auto const arguments = application.arguments();
-    Target target(arguments.value(3) == QLatin1String("move") ? Qt::MoveAction : Qt::CopyAction);
+    bool const moves = arguments.value(3) == QLatin1String("move");
+    Target target(moves ? std::optional(QDir(arguments.value(4))) : std::nullopt);
     target.move(arguments.value(1).toInt(), arguments.value(2).toInt());
     target.show();
     return application.exec();
