@@ -95,6 +95,20 @@ std::filesystem::path Desktop::makeFolder(std::string const& relative) const {
     return m_folder.makeFolder("home/" + relative);
 }
 
+std::filesystem::path Desktop::defaultsFile() const {
+    return m_environment.at("XDG_CONFIG_HOME") + "/taliro/defaults.plist";
+}
+
+void Desktop::writeDefaults(std::string const& entries) const {
+    std::filesystem::create_directories(defaultsFile().parent_path());
+    std::ofstream(defaultsFile()) << R"(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0"><dict>)"
+                                  << entries << "</dict></plist>\n";
+}
+
+std::string Desktop::storedDefaults() const {
+    return contentsOf(defaultsFile());
+}
+
 void Desktop::startTray() {
     auto const configuration = m_folder.write("tint2rc", trayConfiguration);
     m_tray = Process({"tint2", "-c", configuration}, m_environment, log("tint2"));

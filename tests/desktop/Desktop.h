@@ -41,9 +41,15 @@ public:
     std::filesystem::path write(std::string const& relative, std::string const& bytes = "text\n") const;
     std::filesystem::path makeFolder(std::string const& relative) const;
 
+    /// Starts programs out with these settings, given as keys and values of a property list.
+    void writeDefaults(std::string const& entries) const;
+    /// The settings' property list.
+    std::string storedDefaults() const;
+
     void startTray();
 
 private:
+    std::filesystem::path defaultsFile() const;
     void startServer(Options const& options);
     void startBus();
 

@@ -9,13 +9,9 @@ namespace {
 
 using State = Accessible::State;
 
-std::string storedDefaults(Desktop& desktop) {
-    return contentsOf(desktop.environment().at("XDG_CONFIG_HOME") + "/taliro/defaults.plist");
-}
-
 bool stores(Desktop& desktop, std::string const& key, bool value) {
     return waitFor([&] {
-        auto const text = storedDefaults(desktop);
+        auto const text = desktop.storedDefaults();
         auto const at = text.find("<key>" + key + "</key>");
         auto const word = text.find('<', at + key.size() + 11);
         return at != std::string::npos && word != std::string::npos &&
@@ -139,6 +135,8 @@ TEST(Preferences, ClicksInThemKeepThePopoverOpen) {
     EXPECT_TRUE(stores(desktop, "closePopoverOnOutsideClick", false));
     click(desktop, closes);
     EXPECT_TRUE(stores(desktop, "closePopoverOnOutsideClick", true));
+    click(desktop, program.tree().expect("check box", "Show at mouse cursor when triggered by hotkey"));
+    EXPECT_TRUE(stores(desktop, "showWindowAtCursorOnHotkey", true));
     EXPECT_TRUE(display.window("popover"));
     display.click(20, 780);
     EXPECT_TRUE(display.waitUntilGone("popover"));
@@ -190,27 +188,6 @@ TEST(Preferences, StartAtLoginIsWhatTheSessionWillDo) {
     click(desktop, start);
     dismissAlert(program, "Couldn't enable Start at Login");
     EXPECT_TRUE(start.has(State::checked));
-}
-
-TEST(Preferences, WindowAtThePointerIsTheShortcutsChoice) {
-    Desktop desktop;
-    Program program(desktop);
-    auto& display = desktop.display();
-    openFromPanel(desktop, program);
-    click(desktop, program.tree().expect("radio button", "Appearance"));
-    click(desktop, program.tree().expect("check box", "Show at mouse cursor when triggered by hotkey"));
-    EXPECT_TRUE(stores(desktop, "showWindowAtCursorOnHotkey", true));
-    display.key("Escape");
-    EXPECT_TRUE(display.waitUntilGone("preferences"));
-    display.key("Control+Alt+Super+p");
-    EXPECT_TRUE(display.waitUntilGone("panel"));
-    display.move(0, 0);
-    display.key("Control+Alt+Super+p");
-    display.expectWindow("panel");
-    EXPECT_TRUE(waitFor([&] {
-        auto const panel = display.window("panel");
-        return panel && panel->place.x == 8 && panel->place.y == 8;
-    }));
 }
 
 TEST(Preferences, SyncingFavoritesWarnsWhereItCantAndFollowsTheSidebar) {

@@ -9,21 +9,8 @@
 namespace taliro::testing {
 namespace {
 
-constexpr char defaultsHead[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>\n";
-
-/// Starts out with these settings, given as keys and values of a property list.
-void writeDefaults(Desktop& desktop, std::string const& entries) {
-    std::filesystem::path const folder = desktop.environment().at("XDG_CONFIG_HOME") + "/taliro";
-    std::filesystem::create_directories(folder);
-    std::ofstream(folder / "defaults.plist") << defaultsHead << entries << "</dict></plist>\n";
-}
-
-std::string storedDefaults(Desktop& desktop) {
-    return contentsOf(desktop.environment().at("XDG_CONFIG_HOME") + "/taliro/defaults.plist");
-}
-
 bool storesReal(Desktop& desktop, std::string const& key, std::string const& value) {
-    auto const text = storedDefaults(desktop);
+    auto const text = desktop.storedDefaults();
     auto const at = text.find("<key>" + key + "</key>");
     auto const real = text.find("<real>", at);
     return at != std::string::npos && text.compare(real + 6, value.size(), value) == 0;
@@ -259,7 +246,7 @@ TEST(Tray, DragOverTheIconBringsTheBrowserAndIsRefusedThere) {
 
 TEST(Popover, HangsUnderTheIconUntilEscapeOrAClickElsewhere) {
     Desktop desktop({.tray = true});
-    writeDefaults(desktop, popoverMode);
+    desktop.writeDefaults(popoverMode);
     desktop.write("notes.md");
     Program program(desktop);
     auto& display = desktop.display();
@@ -298,7 +285,7 @@ TEST(Popover, HangsUnderTheIconUntilEscapeOrAClickElsewhere) {
 
 TEST(Popover, StaysOnOutsideClicksWhereTheUserWantsThat) {
     Desktop desktop({.tray = true});
-    writeDefaults(desktop, std::string(popoverMode) + "<key>closePopoverOnOutsideClick</key><false/>");
+    desktop.writeDefaults(std::string(popoverMode) + "<key>closePopoverOnOutsideClick</key><false/>");
     Program program(desktop);
     auto& display = desktop.display();
     auto const popover = expectReady(desktop, "popover");
@@ -306,13 +293,13 @@ TEST(Popover, StaysOnOutsideClicksWhereTheUserWantsThat) {
     // A later click that worked shows that the earlier one was heard.
     auto const inspector = program.tree().expect("", "Hide info for selected item").place();
     display.click(inspector.midX(), inspector.midY());
-    EXPECT_TRUE(waitFor([&] { return storedDefaults(desktop).find("showInspector") != std::string::npos; }));
+    EXPECT_TRUE(waitFor([&] { return desktop.storedDefaults().find("showInspector") != std::string::npos; }));
     EXPECT_TRUE(display.window("popover"));
 }
 
 TEST(Popover, HandlesStoreTheSizeWithinItsLimits) {
     Desktop desktop({.tray = true});
-    writeDefaults(desktop, popoverMode);
+    desktop.writeDefaults(popoverMode);
     Program program(desktop);
     auto& display = desktop.display();
     auto const popover = expectReady(desktop, "popover");
@@ -320,7 +307,7 @@ TEST(Popover, HandlesStoreTheSizeWithinItsLimits) {
     display.drag(place.x + 12, place.maxY() - 12, place.x + 12 - 60, place.maxY() - 12 + 40);
     EXPECT_TRUE(waitFor([&] {
         return storesReal(desktop, "popoverWidth", "780") && storesReal(desktop, "popoverHeight", "500");
-    })) << storedDefaults(desktop);
+    })) << desktop.storedDefaults();
     // The edges away from the handle stay.
     place = {place.x - 60, place.y, place.width + 60, place.height + 40};
     EXPECT_TRUE(waitFor([&] { return placeOf(desktop, "popover") == place; })) << placeOf(desktop, "popover");
@@ -330,7 +317,7 @@ TEST(Popover, HandlesStoreTheSizeWithinItsLimits) {
     display.drag(place.maxX() - 12, place.maxY() - 12, place.x + 20, place.y + 60);
     EXPECT_TRUE(waitFor([&] {
         return storesReal(desktop, "popoverWidth", "280") && storesReal(desktop, "popoverHeight", "300");
-    })) << storedDefaults(desktop);
+    })) << desktop.storedDefaults();
     EXPECT_TRUE(waitFor([&] { return placeOf(desktop, "popover").width == 280; }))
         << placeOf(desktop, "popover");
 }
@@ -353,8 +340,8 @@ TEST(Panel, RemembersItsFrame) {
         EXPECT_TRUE(becomes(moved)) << placeOf(desktop, "panel");
         auto const text = std::to_string(moved.x) + ' ' + std::to_string(moved.y) + ' ' +
                           std::to_string(moved.width) + ' ' + std::to_string(moved.height);
-        EXPECT_TRUE(waitFor([&] { return storedDefaults(desktop).find(text) != std::string::npos; }))
-            << storedDefaults(desktop);
+        EXPECT_TRUE(waitFor([&] { return desktop.storedDefaults().find(text) != std::string::npos; }))
+            << desktop.storedDefaults();
     }
     Program again(desktop);
     EXPECT_EQ(desktop.display().expectWindow("panel").place, moved);
@@ -362,7 +349,7 @@ TEST(Panel, RemembersItsFrame) {
 
 TEST(Panel, ShortcutShowsItAtThePointerInsideTheScreen) {
     Desktop desktop;
-    writeDefaults(desktop, "<key>showWindowAtCursorOnHotkey</key><true/>");
+    desktop.writeDefaults("<key>showWindowAtCursorOnHotkey</key><true/>");
     Program program(desktop);
     auto& display = desktop.display();
     expectReady(desktop, "panel");
@@ -388,7 +375,7 @@ TEST(Panel, ShortcutShowsItAtThePointerInsideTheScreen) {
 TEST(Panel, TitleButtonSwitchesBothWays) {
     Desktop desktop({.tray = true});
     // Far from where the popover will be: the pointer is then over nothing of ours.
-    writeDefaults(desktop, "<key>TaliroPanel</key><string>20 320 720 460</string>");
+    desktop.writeDefaults("<key>TaliroPanel</key><string>20 320 720 460</string>");
     Program program(desktop);
     auto& display = desktop.display();
     auto const clickTitle = [&](char const* button, int times) {
@@ -429,8 +416,8 @@ TEST(Screens, EachGetsItsWindowsAtEveryScale) {
         desktop.startTray();
         // A screen's corner is where it is in pixels; points count from there.
         auto const remembered = "40 " + std::to_string(100 * scale + 140) + " 720 460";
-        writeDefaults(desktop, "<key>showWindowAtCursorOnHotkey</key><true/><key>TaliroPanel</key><string>" +
-                                   remembered + "</string>");
+        desktop.writeDefaults("<key>showWindowAtCursorOnHotkey</key><true/><key>TaliroPanel</key><string>" +
+                              remembered + "</string>");
         Program program(desktop, {}, {{"QT_SCALE_FACTOR", std::to_string(scale)}});
         auto& display = desktop.display();
         auto const inPixels = [&](Place const& points) {

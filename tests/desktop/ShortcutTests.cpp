@@ -8,20 +8,6 @@ namespace taliro::testing {
 namespace {
 
 constexpr char toggle[] = "Control+Alt+Super+p";
-constexpr char toggleKey[] = "KeyboardShortcuts_togglePicker";
-
-/// Starts out with these settings; the shortcut is the user's own choice already.
-void writeDefaults(Desktop& desktop, std::string const& entries) {
-    std::filesystem::path const folder = desktop.environment().at("XDG_CONFIG_HOME") + "/taliro";
-    std::filesystem::create_directories(folder);
-    std::ofstream(folder / "defaults.plist")
-        << R"(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0"><dict>)"
-        << "<key>factoryResetMarker_v3</key><true/>" << entries << "</dict></plist>\n";
-}
-
-std::string storedShortcut(std::string const& json) {
-    return std::string("<key>") + toggleKey + "</key><string>" + json + "</string>";
-}
 
 bool waitUntilForeignHasFocus(Display& display) {
     return waitFor([&] {
@@ -35,7 +21,8 @@ bool waitUntilForeignHasFocus(Display& display) {
 TEST(Shortcut, TogglesFromOtherProgramsInBothModesWithEachLock) {
     for (std::string const role : {"panel", "popover"}) {
         Desktop desktop;
-        writeDefaults(desktop, role == "popover" ? "<key>popoverMode</key><true/>" : "");
+        if (role == "popover")
+            desktop.writeDefaults("<key>popoverMode</key><true/>");
         Program program(desktop);
         auto& display = desktop.display();
         display.expectWindow(role);
@@ -57,7 +44,6 @@ TEST(Shortcut, TogglesFromOtherProgramsInBothModesWithEachLock) {
 
 TEST(Shortcut, WorksWhileAMenuIsOpen) {
     Desktop desktop;
-    writeDefaults(desktop, "");
     Program program(desktop);
     auto& display = desktop.display();
     display.expectWindow("panel");
@@ -78,7 +64,6 @@ TEST(Shortcut, WorksWhileAMenuIsOpen) {
 
 TEST(Shortcut, AnotherProgramsGrabIsOneLineAndTheRestWorks) {
     Desktop desktop;
-    writeDefaults(desktop, "");
     auto& display = desktop.display();
     constexpr std::uint8_t p = 33;
     auto* x = display.connection();
@@ -90,23 +75,6 @@ TEST(Shortcut, AnotherProgramsGrabIsOneLineAndTheRestWorks) {
         return program.output().find("Error registering hotkey ⌃⌥⌘P: 10\n") != std::string::npos;
     })) << program.output();
     program.tree().expect("", "Global shortcut ⌃⌥⌘P");
-}
-
-TEST(Shortcut, AStoreEditedByHandGrabsNoTyping) {
-    Desktop desktop;
-    writeDefaults(desktop, storedShortcut(R"({"carbonKeyCode":35,"carbonModifiers":0})"));
-    Program program(desktop);
-    auto& display = desktop.display();
-    auto const panel = display.expectWindow("panel");
-    EXPECT_TRUE(
-        waitFor([&] { return program.output().find("Error registering hotkey P:") != std::string::npos; }));
-    auto const search = program.tree().expect("", "Find in folder").place();
-    display.click(search.midX(), search.midY());
-    EXPECT_TRUE(waitFor([&] {
-        display.key("p");
-        return program.tree().find("", "Find in folder").text().contains(QLatin1Char('p'));
-    }));
-    EXPECT_EQ(display.window("panel")->place, panel.place);
 }
 
 } // namespace
