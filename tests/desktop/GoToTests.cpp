@@ -125,5 +125,32 @@ TEST_F(GoTo, StaysOpenOverWhatIsNoFolderUntilEscape) {
     program->tree().expect("", "Documents");
 }
 
+TEST_F(GoTo, RemembersWhatWasTypedWhenStartedAnew) {
+    start();
+    auto& display = desktop.display();
+    for (auto const* typed : {"~/Downloads", "~/Documents"}) {
+        open("Control+Shift+g");
+        display.key("Control+a");
+        display.type(typed);
+        EXPECT_TRUE(fieldHolds(typed));
+        display.key("Return");
+        EXPECT_TRUE(isClosed());
+    }
+    program->tree().expect("list item", "Letters");
+    program->process().terminate();
+    program.emplace(desktop);
+    display.expectWindow("panel");
+    program->tree().expect("", "Documents");
+    open("Control+Shift+g");
+    auto const recent = program->tree().expect("", "Recent paths").place();
+    auto const windows = display.windows().size();
+    display.click(recent.midX(), recent.midY());
+    EXPECT_TRUE(waitFor([&] { return display.windows().size() > windows; }));
+    display.key("Down");
+    display.key("Down"); // the one before the last
+    display.key("Return");
+    EXPECT_TRUE(fieldHolds("~/Downloads"));
+}
+
 } // namespace
 } // namespace taliro::testing
