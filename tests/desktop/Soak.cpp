@@ -1,5 +1,6 @@
-// soak MINUTES [SEED]: has a random user at the program, and notes what it holds. Status 1 where it ends,
-// hangs or has grown; what was done last and where it stands are then on standard output.
+// soak MINUTES [SEED]: has a random user at the program, and notes what it holds. Status 1 where it crashes,
+// hangs or has grown; what was done last and where it stands are then on standard output. One that was quit
+// from a menu is started again: in a hurry, the hand finds "Quit" before it sees the menu.
 
 #include "desktop/PrivateRoot.h"
 #include "desktop/RandomUser.h"
@@ -62,25 +63,32 @@ Sample sampleOf(int pid) {
     return sample;
 }
 
+std::vector<std::string> const noArguments;
+/// It finds none to start.
+Environment const noPrograms{{"PATH", "/nonexistent"}};
+
 class Soak {
 public:
-    explicit Soak(unsigned seed) : m_user(m_desktop, m_program, seed) {
+    explicit Soak(unsigned seed) : m_user(m_desktop, *m_program, seed) {
         m_desktop.display().expectWindow("panel");
     }
 
-    /// Whether the program lived through it and held no more in the end than in the beginning.
+    /// Whether the program never failed and held no more in the end of its longest life than in the
+    /// beginning.
     bool run(std::chrono::minutes length) {
         auto const start = Clock::now();
         for (auto next = start + samplePeriod; Clock::now() < start + length;) {
             m_user.act();
-            if (!m_program.process().isRunning())
-                return fail("the program ended");
+            if (!m_program->process().isRunning() && !startAfterQuit())
+                return false;
             if (Clock::now() < next)
                 continue;
             next += samplePeriod;
             if (!look(std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - start)))
                 return false;
         }
+        endLife();
+        std::cout << "quit " << m_quits << " times" << std::endl;
         return !hasGrown();
     }
 
@@ -91,15 +99,17 @@ private:
     }
 
     bool look(std::chrono::seconds when) {
-        if (!m_user.rest())
-            return fail("the program does not hear a second start");
+        bool const hears = m_user.rest();
         std::this_thread::sleep_for(2s);
+        if (!m_program->process().isRunning())
+            return startAfterQuit();
+        if (!hears)
+            return fail("the program does not hear a second start");
         auto const asked = Clock::now();
-        bool const answers = !m_program.tree().name().isEmpty() && Clock::now() - asked < answerLimit;
+        bool const answers = !m_program->tree().name().isEmpty() && Clock::now() - asked < answerLimit;
         if (!answers)
-            return fail(m_program.process().isRunning() ? "the program does not answer"
-                                                        : "the program ended");
-        m_samples.push_back(sampleOf(m_program.process().pid()));
+            return fail("the program does not answer");
+        m_samples.push_back(sampleOf(m_program->process().pid()));
         std::cout << when.count() << " s, " << m_user.actions() << " actions";
         for (std::size_t i = 0; i < std::size(figures); ++i)
             std::cout << ", " << figures[i].name << ' ' << m_samples.back()[i];
@@ -107,25 +117,44 @@ private:
         return true;
     }
 
-    /// The median of one figure in a quarter of the time.
+    /// Whether it had been quit and is there again.
+    bool startAfterQuit() {
+        if (m_program->process().waitForExit() != 0)
+            return fail("the program ended");
+        ++m_quits;
+        tell("the program was quit");
+        endLife();
+        m_program.emplace(m_desktop, noArguments, noPrograms);
+        return m_program->tree() || fail("the program does not start again");
+    }
+
+    /// Each start has figures of its own; the longest life tells most.
+    void endLife() {
+        if (m_samples.size() > m_longestLife.size())
+            m_longestLife = m_samples;
+        m_samples.clear();
+    }
+
+    /// The median of one figure in a quarter of the longest life.
     double median(std::size_t figure, std::size_t from) const {
         std::vector<double> values;
-        for (auto at = from; at < from + m_samples.size() / 4; ++at)
-            values.push_back(m_samples[at][figure]);
+        for (auto at = from; at < from + m_longestLife.size() / 4; ++at)
+            values.push_back(m_longestLife[at][figure]);
         std::ranges::sort(values);
         return values[values.size() / 2];
     }
 
     bool hasGrown() const {
-        auto const quarter = m_samples.size() / 4;
+        auto const quarter = m_longestLife.size() / 4;
         if (quarter < fewestSamples) {
             std::cout << "too short a time to tell whether it grows" << std::endl;
             return false;
         }
+        std::cout << m_longestLife.size() << " samples in the longest life" << std::endl;
         bool hasGrown = false;
         for (std::size_t i = 0; i < std::size(figures); ++i) {
             auto const first = median(i, 0);
-            auto const last = median(i, m_samples.size() - quarter);
+            auto const last = median(i, m_longestLife.size() - quarter);
             bool const isGrowth = last > first * figures[i].factor + figures[i].more;
             hasGrown |= isGrowth;
             std::cout << figures[i].name << ": " << first << " in the first quarter, " << last
@@ -134,15 +163,20 @@ private:
         return hasGrown;
     }
 
-    bool fail(char const* reason) {
-        std::cout << reason << "; done last:\n";
+    void tell(char const* event) {
+        std::cout << event << "; done last:\n";
         for (auto const& action : m_user.lastActions())
             std::cout << "  " << action << '\n';
-        std::cout << m_program.output() << std::endl;
-        if (m_program.process().isRunning())
-            showStacks({"-p", std::to_string(m_program.process().pid())});
+        std::cout << m_program->output() << std::endl;
+    }
+
+    bool fail(char const* reason) {
+        tell(reason);
+        auto& process = m_program->process();
+        if (process.isRunning())
+            showStacks({"-p", std::to_string(process.pid())});
         else
-            std::cout << "status " << m_program.process().waitForExit().value_or(-1) << std::endl;
+            std::cout << "status " << process.waitForExit().value_or(-1) << std::endl;
         for (auto const& one : fs::directory_iterator(m_desktop.home()))
             if (one.path().filename().string().starts_with("core"))
                 showStacks({Program::built().string(), one.path().string()});
@@ -156,10 +190,10 @@ private:
     }
 
     Desktop m_desktop{{.tray = true}};
-    /// Finds no programs to start.
-    Program m_program{planted(m_desktop), {}, {{"PATH", "/nonexistent"}}};
+    std::optional<Program> m_program{std::in_place, planted(m_desktop), noArguments, noPrograms};
     RandomUser m_user;
-    std::vector<Sample> m_samples;
+    int m_quits = 0;
+    std::vector<Sample> m_samples, m_longestLife;
 };
 
 } // namespace
