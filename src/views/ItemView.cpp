@@ -270,7 +270,12 @@ void ItemView::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 void ItemView::keyPressEvent(QKeyEvent* event) {
-    event->ignore(); // Keys are the whole browser's.
+    if (event->key() == Qt::Key_F10 &&
+        event->modifiers() == Qt::ShiftModifier) { // Qt knows the Menu key only.
+        QContextMenuEvent menu(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+        return contextMenuEvent(&menu);
+    }
+    event->ignore(); // Other keys are the whole browser's.
 }
 
 bool ItemView::viewportEvent(QEvent* event) {
