@@ -111,10 +111,13 @@ Rect centered(std::vector<ScreenInfo> const& screens, Size size) {
 }
 
 Rect reachable(std::vector<ScreenInfo> const& screens, Rect frame) {
+    bool const fits = std::ranges::any_of(screens, [&](ScreenInfo const& screen) {
+        return frame.width <= screen.visibleFrame.width && frame.height <= screen.visibleFrame.height;
+    });
     Rect const* nearest = nullptr;
     double distance = std::numeric_limits<double>::infinity();
     for (auto const& screen : screens) {
-        if (canReachTitle(frame, screen.visibleFrame))
+        if (fits && canReachTitle(frame, screen.visibleFrame))
             return frame;
         auto const there = squaredDistance(frame, screen.visibleFrame);
         if (there < distance) {

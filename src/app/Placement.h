@@ -45,7 +45,8 @@ double arrowX(double wanted, double width);
 /// In the middle of the main screen, a little high.
 Rect centered(std::vector<ScreenInfo> const& screens, Size size);
 
-/// `frame` where its title strip can be reached on some screen; else moved onto the nearest one.
+/// `frame` where its title strip can be reached and some screen is large enough for it; else moved onto the
+/// nearest screen, and no larger than that.
 Rect reachable(std::vector<ScreenInfo> const& screens, Rect frame);
 
 } // namespace Placement

@@ -124,6 +124,10 @@ TEST(Placement, RememberedFrameCanAlwaysBeReached) {
          {{{0, 0, 800, 600}, {0, 0, 800, 600}, true}},
          {1500, 100, 1200, 900},
          {8, 8, 784, 584}},
+        {"remembered from a coarser scale",
+         {{{0, 0, 800, 600}, {0, 0, 800, 600}, true}},
+         {100, 100, 900, 520},
+         {8, 72, 784, 520}},
         {"no screen", {}, {5000, 5000, 720, 460}, {712, 432, 720, 460}},
     };
     for (auto const& c : cases)
