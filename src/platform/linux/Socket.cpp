@@ -26,12 +26,10 @@ bool waitForBytes(int socket, Patience const& patience) {
     }
 }
 
-} // namespace
-
-bool sendAll(int socket, void const* from, std::size_t size) {
-    auto const* next = static_cast<char const*>(from);
+/// `step` moves as many bytes as it can at once, and says how many.
+bool transferAll(auto* next, std::size_t size, auto step) {
     while (size > 0) {
-        auto const count = send(socket, next, size, MSG_NOSIGNAL);
+        ssize_t const count = step(next, size);
         if (count < 0 && errno == EINTR)
             continue;
         if (count <= 0)
@@ -42,20 +40,18 @@ bool sendAll(int socket, void const* from, std::size_t size) {
     return true;
 }
 
+} // namespace
+
+bool sendAll(int socket, void const* from, std::size_t size) {
+    return transferAll(static_cast<char const*>(from), size, [&](char const* next, std::size_t left) {
+        return send(socket, next, left, MSG_NOSIGNAL);
+    });
+}
+
 bool receiveAll(int socket, void* into, std::size_t size, Patience const* patience) {
-    auto* next = static_cast<char*>(into);
-    while (size > 0) {
-        if (patience && !waitForBytes(socket, *patience))
-            return false;
-        auto const count = recv(socket, next, size, 0);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            return false;
-        next += count;
-        size -= static_cast<std::size_t>(count);
-    }
-    return true;
+    return transferAll(static_cast<char*>(into), size, [&](char* next, std::size_t left) -> ssize_t {
+        return patience && !waitForBytes(socket, *patience) ? 0 : recv(socket, next, left, 0);
+    });
 }
 
 } // namespace taliro

@@ -1,8 +1,9 @@
 #include "platform/linux/XKeyboard.h"
 
+#include "platform/linux/X11Connection.h"
+
 #include <QSocketNotifier>
 
-#include <cstdlib>
 #define explicit explicit_ // a C header, which names members so
 #include <xcb/xkb.h>
 #undef explicit
@@ -12,9 +13,6 @@
 namespace taliro {
 
 namespace {
-
-template <typename T>
-using Reply = std::unique_ptr<T, decltype([](T* reply) { std::free(reply); })>;
 
 /// Changing a keyboard's map makes a burst of events.
 constexpr std::chrono::milliseconds burst{20};
