@@ -67,6 +67,18 @@ TEST_F(BackgroundFileOperationsTest, TurnsTheEventLoopAndReports) {
     EXPECT_TRUE(isEmpty("state"));
 }
 
+TEST_F(BackgroundFileOperationsTest, WhatLeavesATrashTakesItsNoteAlong) {
+    for (std::string const place : {"Trash/", ".Trash-1000/", ".Trash/1000/", "project/"}) {
+        disk.write(place + "files/a b.txt", "kept");
+        disk.write(place + "info/a b.txt.trashinfo", "note");
+        disk.write(place + "info/other.trashinfo", "note");
+        ASSERT_TRUE(operations.move(url(place + "files/a b.txt"), url(place + "back.txt"), {}));
+        EXPECT_EQ(contentsOf(disk / (place + "back.txt")), "kept");
+        EXPECT_EQ(fs::exists(disk / (place + "info/a b.txt.trashinfo")), place == "project/") << place;
+        EXPECT_TRUE(fs::exists(disk / (place + "info/other.trashinfo")));
+    }
+}
+
 TEST_F(BackgroundFileOperationsTest, RemovesLeftoversAtLeisure) {
     auto const name = transfer::Leftovers::temporaryName();
     disk.write("to/" + name, "half");

@@ -178,7 +178,10 @@ FileOperations::Result BackgroundFileOperations::move(Url source, Url destinatio
     if (!areFiles(source, destination))
         return std::unexpected(std::errc::invalid_argument);
     Job job(source.path(), [&](transfer::Sink& sink) {
-        return transfer::moveItem(source.path(), destination.path(), m_leftovers, sink);
+        auto const moved = transfer::moveItem(source.path(), destination.path(), m_leftovers, sink);
+        if (moved)
+            transfer::forgetTrashed(source.path());
+        return moved;
     });
     return job.waitTurning(report);
 }

@@ -1,5 +1,6 @@
 #include "platform/linux/transfer/Trash.h"
 
+#include <filesystem>
 #include <gio/gio.h>
 #include <memory>
 
@@ -24,6 +25,12 @@ std::errc errorOf(GError const& error) {
     }
 }
 
+/// "Trash" in the user's data; ".Trash-1000" or ".Trash/1000" on other volumes.
+bool isTrash(std::filesystem::path const& folder) {
+    auto const name = folder.filename().string();
+    return name == "Trash" || name.starts_with(".Trash-") || folder.parent_path().filename() == ".Trash";
+}
+
 } // namespace
 
 Result trashItem(std::string const& item) {
@@ -34,6 +41,18 @@ Result trashItem(std::string const& item) {
         return {};
     std::unique_ptr<GError, decltype(&g_error_free)> const error(raw, &g_error_free);
     return std::unexpected(errorOf(*error));
+}
+
+void forgetTrashed(std::string const& item) {
+    std::filesystem::path const path(item);
+    auto const files = path.parent_path();
+    auto const trash = files.parent_path();
+    std::error_code error;
+    bool const wasTrashed = files.filename() == "files" && isTrash(trash);
+    if (!wasTrashed || std::filesystem::exists(std::filesystem::symlink_status(path, error)))
+        return; // Or there is another of that name by now.
+    // A note that stays is of nothing, and other programs pass over it.
+    std::filesystem::remove(trash / "info" / (path.filename().string() + ".trashinfo"), error);
 }
 
 } // namespace taliro::transfer

@@ -10,4 +10,8 @@ namespace taliro::transfer {
 /// https://specifications.freedesktop.org/trash-spec/
 Result trashItem(std::string const& item);
 
+/// To be called once `item` was moved elsewhere: where it lay in a trash, the note of where it was before
+/// goes too.
+void forgetTrashed(std::string const& item);
+
 } // namespace taliro::transfer
