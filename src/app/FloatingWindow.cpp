@@ -3,6 +3,7 @@
 #include "app/WindowShadow.h"
 #include "foundation/MainQueue.h"
 #include "platform/Platform.h"
+#include "views/TabOrder.h"
 #include "views/Theme.h"
 
 #include <QGuiApplication>
@@ -222,6 +223,13 @@ void FloatingWindow::endEditingOutside(QPoint globalPosition) {
     auto* field = editedField();
     if (field && !field->rect().contains(field->mapFromGlobal(globalPosition)))
         focusContent();
+}
+
+bool FloatingWindow::focusNextPrevChild(bool next) {
+    auto* const control = nextInTabOrder(*this, focusWidget(), next);
+    if (control)
+        control->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return control != nullptr;
 }
 
 bool FloatingWindow::eventFilter(QObject* watched, QEvent* event) {

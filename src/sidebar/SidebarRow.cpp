@@ -72,7 +72,9 @@ void SidebarRow::paintEvent(QPaintEvent*) {
     painter.setFont(font);
     painter.setPen(m_current ? c.onAccent : c.text1);
     painter.drawText(titleRect(), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, title);
-    if (hasFocus())
+    if (hasFocus() && m_current) // The ring has the colour of what is under it.
+        strokeRounded(painter, rect().adjusted(2, 2, -2, -2), metrics::radius - 2, c.onAccent, 1.5);
+    else if (hasFocus())
         drawFocusRing(painter, rect(), metrics::radius);
 }
 
