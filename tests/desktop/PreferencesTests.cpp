@@ -135,8 +135,6 @@ TEST(Preferences, ClicksInThemKeepThePopoverOpen) {
     EXPECT_TRUE(stores(desktop, "closePopoverOnOutsideClick", false));
     click(desktop, closes);
     EXPECT_TRUE(stores(desktop, "closePopoverOnOutsideClick", true));
-    click(desktop, program.tree().expect("check box", "Show at mouse cursor when triggered by hotkey"));
-    EXPECT_TRUE(stores(desktop, "showWindowAtCursorOnHotkey", true));
     EXPECT_TRUE(display.window("popover"));
     display.click(20, 780);
     EXPECT_TRUE(display.waitUntilGone("popover"));
@@ -188,6 +186,27 @@ TEST(Preferences, StartAtLoginIsWhatTheSessionWillDo) {
     click(desktop, start);
     dismissAlert(program, "Couldn't enable Start at Login");
     EXPECT_TRUE(start.has(State::checked));
+}
+
+TEST(Preferences, WindowAtThePointerIsTheShortcutsChoice) {
+    Desktop desktop;
+    Program program(desktop);
+    auto& display = desktop.display();
+    openFromPanel(desktop, program);
+    click(desktop, program.tree().expect("radio button", "Appearance"));
+    click(desktop, program.tree().expect("check box", "Show at mouse cursor when triggered by hotkey"));
+    EXPECT_TRUE(stores(desktop, "showWindowAtCursorOnHotkey", true));
+    display.key("Escape");
+    EXPECT_TRUE(display.waitUntilGone("preferences"));
+    display.key("Control+Alt+Super+p");
+    EXPECT_TRUE(display.waitUntilGone("panel"));
+    display.move(0, 0);
+    display.key("Control+Alt+Super+p");
+    display.expectWindow("panel");
+    EXPECT_TRUE(waitFor([&] {
+        auto const panel = display.window("panel");
+        return panel && panel->place.x == 8 && panel->place.y == 8;
+    }));
 }
 
 TEST(Preferences, SyncingFavoritesWarnsWhereItCantAndFollowsTheSidebar) {

@@ -77,5 +77,24 @@ TEST(Shortcut, AnotherProgramsGrabIsOneLineAndTheRestWorks) {
     program.tree().expect("", "Global shortcut ⌃⌥⌘P");
 }
 
+TEST(Shortcut, AStoreEditedByHandGrabsNoTyping) {
+    Desktop desktop;
+    desktop.writeDefaults("<key>factoryResetMarker_v3</key><true/>" // Or the first start resets all.
+                          "<key>KeyboardShortcuts_togglePicker</key>"
+                          R"(<string>{"carbonKeyCode":35,"carbonModifiers":0}</string>)");
+    Program program(desktop);
+    auto& display = desktop.display();
+    auto const panel = display.expectWindow("panel");
+    EXPECT_TRUE(
+        waitFor([&] { return program.output().find("Error registering hotkey P:") != std::string::npos; }));
+    auto const search = program.tree().expect("", "Find in folder").place();
+    display.click(search.midX(), search.midY());
+    EXPECT_TRUE(waitFor([&] {
+        display.key("p");
+        return program.tree().find("", "Find in folder").text().contains(QLatin1Char('p'));
+    }));
+    EXPECT_EQ(display.window("panel")->place, panel.place);
+}
+
 } // namespace
 } // namespace taliro::testing
